@@ -1,0 +1,77 @@
+/* QBSUPPORT: a plain-text support report about the machine and the process, one section a call.
+ *
+ * Every call runs on the caller's thread, keeps nothing for the next one and may be made from
+ * several threads at once. The text is 8-bit, in the system's ANSI code page; its line ends are
+ * CR LF or LF, line by line, and are best written to a file in binary. */
+#ifndef QBSUPPORT_QBSUPPORT_H
+#define QBSUPPORT_QBSUPPORT_H
+
+#ifndef __cplusplus
+#include <stdbool.h>
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/** What a section reports: the `kind` of QbSupportGetInfo. */
+enum QbSupportKind {
+    QbSupportBanner = 1,            /**< who reads the report, and the privacy statement */
+    QbSupportDateTime = 2,          /**< local date and time, time zone */
+    QbSupportOperatingSystem = 3,   /**< Windows release, edition, version and build */
+    QbSupportUname = 4,             /**< heading only */
+    QbSupportUserName = 5,          /**< the user's account name and display name */
+    QbSupportLocale = 6,            /**< run-time and Windows locale settings */
+    QbSupportHardware = 7,          /**< the processor; fails when Windows describes it in part */
+    QbSupportMemory = 8,            /**< memory of the system and of this process */
+    QbSupportSystemDirectories = 9, /**< system directories with their attributes */
+    QbSupportAppDirectory = 10,     /**< one directory line; argument: the directory */
+    QbSupportRegistry = 11,         /**< heading and user root key; argument: the key's path */
+    QbSupportUserAppKey = 12,       /**< one HKEY_CURRENT_USER line; argument: the key's path */
+    QbSupportMachineAppKey = 13,    /**< one HKEY_LOCAL_MACHINE line; argument: the key's path */
+    QbSupportApplication = 14,      /**< the host's executable and its environment variables */
+    QbSupportEnvironment = 15,      /**< one environment variable; argument: its name */
+    QbSupportModules = 16,          /**< loaded modules; argument: an executable's file name, or
+                                         none for this process; fails when no such process runs */
+    QbSupportModule = 17,           /**< one module's version; argument: its file name or path */
+    QbSupportLimits = 18,           /**< heading only */
+    QbSupportReserved = 19,         /**< always fails */
+    QbSupportDisplay = 20           /**< monitors and screen resolution */
+};
+
+/** How a section is written: the `flags` of QbSupportGetInfo, combined with `|`. Other bits are
+ * ignored. */
+enum QbSupportFlags {
+    QbSupportHeadings = 1,  /**< start the section with its title and underline */
+    QbSupportSeparator = 2, /**< end the section with an empty line (not kinds 10, 12, 13, 17) */
+    QbSupportIndent = 4     /**< indent content lines by three spaces */
+};
+
+/**
+ * Builds one section of the report.
+ *
+ * @param kind      the section, one of QbSupportKind; any other number fails
+ * @param flags     QbSupportFlags, or 0
+ * @param buffer    receives the NUL-terminated text, which the caller owns and gives back through
+ *                  QbSupportReleaseBuffer; must not be null; left as it was on failure
+ * @param argument  what the kind takes (see QbSupportKind), NUL-terminated; null is the same as
+ *                  an empty text
+ * @return 1 when a buffer was handed out; 0 when the kind is unknown, the section has nothing
+ *         valid to report, or memory ran out
+ */
+int QbSupportGetInfo(int kind, unsigned int flags, char** buffer, const char* argument);
+
+/**
+ * Frees a buffer that QbSupportGetInfo handed out. The host's own `free` must not be used: it may
+ * belong to another heap.
+ *
+ * @param buffer  the buffer, or null for no effect
+ * @return always true
+ */
+bool QbSupportReleaseBuffer(char* buffer);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

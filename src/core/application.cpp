@@ -1,0 +1,48 @@
+// The Application section and the single environment variable.
+#include "core/collector.h"
+#include "directories/paths.h"
+
+namespace qb_support {
+
+namespace {
+
+constexpr std::string_view kVariables[] = {"QB_ROOT_PATH", "PRODUCT", "PACKET", "HOME", "TMPDIR"};
+
+// The run-time library treats a longer name as a programming error and may end the process.
+constexpr std::size_t kLongestVariableName = 32766;
+
+const char* FindVariable(std::string_view name) {
+    return name.size() <= kLongestVariableName ? getenv(name.data()) : nullptr;
+}
+
+}  // namespace
+
+bool CQbSupportWindows::GetApplicationInfo(Text& result, Text& argument) {
+    CQbSupport::GetApplicationInfo(result, argument);
+    const Text path = GetExecutablePath();
+    result << m_indent << "Application: ";
+    if (path.Empty()) {
+        result << "Can not get application binary location!\n";
+    } else {
+        result << '[' << path << "]\n";
+    }
+    for (const std::string_view variable : kVariables) {
+        Text name(variable);
+        GetEnvironmentInfo(result, name);
+    }
+    return true;
+}
+
+bool CQbSupportWindows::GetEnvironmentInfo(Text& result, Text& argument) {
+    const std::string_view name = argument.CStr();
+    const char* const value = FindVariable(name);
+    result << m_indent << "Environment: [" << name << "] = ";
+    if (value != nullptr) {
+        result << '[' << value << "]\n";
+    } else {
+        result << "Not set!\n";
+    }
+    return true;
+}
+
+}  // namespace qb_support

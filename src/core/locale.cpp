@@ -1,0 +1,66 @@
+// The Locale section: the run-time library's locale and Windows' own language settings.
+#include "core/collector.h"
+#include "core/locale_value.h"
+
+namespace qb_support {
+
+namespace {
+
+struct Category {
+    int category;
+    std::string_view label;
+};
+
+constexpr Category kCategories[] = {
+    {LC_COLLATE, "APP [LC_COLLATE]:      ["},  {LC_CTYPE, "APP [LC_CTYPE]:        ["},
+    {LC_MONETARY, "APP [LC_MONETARY]:     ["}, {LC_NUMERIC, "APP [LC_NUMERIC]:      ["},
+    {LC_TIME, "APP [LC_TIME]:         ["},     {LC_ALL, "APP [LC_ALL]:          ["},
+};
+
+constexpr DWORD kValueSize = 1024;
+
+Text SystemLanguageName() {
+    char name[kValueSize] = {};
+    if (VerLanguageNameA(GetSystemDefaultLangID(), name, kValueSize) == 0) {
+        return Text();
+    }
+    return Text(BufferText(name));
+}
+
+}  // namespace
+
+Text QueryLocaleValue(LCTYPE lctype) {
+    const int needed = GetLocaleInfoA(LOCALE_USER_DEFAULT, lctype, nullptr, 0);
+    char value[kValueSize] = {};
+    if (needed <= 0 || needed > static_cast<int>(kValueSize) ||
+        GetLocaleInfoA(LOCALE_USER_DEFAULT, lctype, value, needed) == 0) {
+        return Text();
+    }
+    return Text(BufferText(value));
+}
+
+bool CQbSupport::GetLocaleSectionInfo(Text& result) {
+    AppendHeading(result, "Locale");
+    for (const Category& category : kCategories) {
+        const char* const setting = setlocale(category.category, nullptr);
+        result << m_indent << category.label << (setting != nullptr ? setting : "Unknown")
+               << "]\r\n";
+    }
+    result << "\r\n";
+    return true;
+}
+
+bool CQbSupportWindows::GetLocaleSectionInfo(Text& result) {
+    CQbSupport::GetLocaleSectionInfo(result);
+    result << m_indent << "Windows language:      " << SystemLanguageName() << '\n'
+           << m_indent << "User locale ID:        " << QueryLocaleValue(LOCALE_ILANGUAGE) << '\n'
+           << m_indent << "User locale name:      " << QueryLocaleValue(LOCALE_SENGLANGUAGE) << '\n'
+           << m_indent << "User locale abbr name: " << QueryLocaleValue(LOCALE_SABBREVLANGNAME)
+           << '\n';
+    if (m_separator) {
+        result << '\n';
+    }
+    return true;
+}
+
+}  // namespace qb_support

@@ -1,0 +1,80 @@
+// The library's byte string and line builder.
+#ifndef QBSUPPORT_CORE_TEXT_H
+#define QBSUPPORT_CORE_TEXT_H
+
+#include <concepts>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#include "core/growable_array.h"
+
+namespace qb_support {
+
+// An integer right-aligned with spaces in a field of `width` characters; a longer one is written
+// whole.
+struct Padded {
+    std::int32_t number;
+    std::size_t width;
+};
+
+// A growable text of 8-bit characters, never converted. It is always NUL-terminated, and never
+// throws: when memory runs out it remembers so and ignores what follows, and every text that it is
+// appended to remembers it too. Texts up to 288 characters (any path that fits MAX_PATH, any
+// registry text that we read) need no memory of their own.
+class Text {
+public:
+    Text() = default;
+    explicit Text(std::string_view text) { *this << text; }
+
+    [[nodiscard]] bool Failed() const { return m_characters.Failed(); }
+    void Fail() { m_characters.Fail(); }
+
+    [[nodiscard]] bool Empty() const { return m_characters.Size() == 0; }
+    [[nodiscard]] std::size_t Size() const { return m_characters.Size(); }
+    [[nodiscard]] std::string_view View() const { return {CStr(), Size()}; }
+    [[nodiscard]] const char* CStr() const { return m_characters.Data(); }
+
+    // Makes the text empty and keeps its memory and a remembered failure.
+    void Clear() { m_characters.Clear(); }
+
+    Text& operator<<(std::string_view text);
+    Text& operator<<(const Text& text);
+    Text& operator<<(char character);
+    Text& operator<<(Padded padded);
+
+    // Plain decimal, without grouping.
+    template <std::integral Number>
+    Text& operator<<(Number number) {
+        if constexpr (std::is_signed_v<Number>) {
+            return AppendSigned(number);
+        } else {
+            return AppendUnsigned(number);
+        }
+    }
+
+    // Appends `character` `count` times.
+    void Fill(char character, std::size_t count);
+
+private:
+    Text& AppendSigned(std::int64_t number);
+    Text& AppendUnsigned(std::uint64_t number);
+
+    GrowableArray<char, 288> m_characters;
+};
+
+// Replaces, in `text` itself, every occurrence of `from` (not empty) by `to`. What was inserted is
+// not searched again.
+void ReplaceAll(Text& text, std::string_view from, std::string_view to);
+
+// The text of a buffer that a platform call filled: up to its first NUL, or all of it when there is
+// none, since a terminator is never taken for granted.
+template <std::size_t Size>
+std::string_view BufferText(const char (&buffer)[Size]) {
+    const std::string_view whole(buffer, Size);
+    return whole.substr(0, whole.find('\0'));
+}
+
+}  // namespace qb_support
+
+#endif

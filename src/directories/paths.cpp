@@ -1,0 +1,58 @@
+#include "directories/paths.h"
+
+#include "platform/windows_api.h"
+
+namespace qb_support {
+
+namespace {
+
+// The platform is offered one character less than there is, so that a path which it cuts without
+// terminating it is terminated all the same.
+constexpr DWORD kOfferedSize = 1023;
+using PathBuffer = char[kOfferedSize + 1];
+
+Text WithForwardSlashes(std::string_view path) {
+    Text text(path);
+    ReplaceAll(text, "\\", "/");
+    return text;
+}
+
+// A path query returns the path's length, 0 when it failed, or the size that it needs when that is
+// not what it was offered.
+bool IsWholePath(DWORD length, DWORD offered) {
+    return length > 0 && length < offered;
+}
+
+}  // namespace
+
+Text GetSystemDirectoryPath() {
+    PathBuffer path = {};
+    const DWORD length = GetSystemDirectoryA(path, kOfferedSize);
+    return IsWholePath(length, kOfferedSize) ? WithForwardSlashes(BufferText(path)) : Text();
+}
+
+Text GetWindowsDirectoryPath() {
+    PathBuffer path = {};
+    const DWORD length = GetWindowsDirectoryA(path, kOfferedSize);
+    return IsWholePath(length, kOfferedSize) ? WithForwardSlashes(BufferText(path)) : Text();
+}
+
+Text GetTempDirectoryPath() {
+    PathBuffer path = {};
+    const DWORD length = GetTempPathA(kOfferedSize, path);
+    return IsWholePath(length, kOfferedSize) ? WithForwardSlashes(BufferText(path)) : Text();
+}
+
+Text GetExecutablePath() {
+    PathBuffer path = {};
+    const DWORD length = GetModuleFileNameA(nullptr, path, kOfferedSize);
+    return length > 0 ? WithForwardSlashes(BufferText(path)) : Text();
+}
+
+Text GetCurrentDirectoryPath() {
+    char path[MAX_PATH] = {};
+    const DWORD length = GetCurrentDirectoryA(MAX_PATH, path);
+    return IsWholePath(length, MAX_PATH) ? Text(BufferText(path)) : Text();
+}
+
+}  // namespace qb_support

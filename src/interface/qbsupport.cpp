@@ -1,0 +1,46 @@
+// The two exported functions.
+#include "qbsupport/qbsupport.h"
+
+#include <cstdlib>
+#include <cstring>
+
+#include "core/collector.h"
+
+using qb_support::CQbSupportWindows;
+using qb_support::Text;
+
+namespace {
+
+// Hands the caller a block of its own that holds the text and its terminator, nothing more.
+bool HandOut(const Text& text, char** buffer) {
+    const std::size_t size = text.Size() + 1;
+    char* const block = static_cast<char*>(std::malloc(size));
+    if (block == nullptr) {
+        return false;
+    }
+    std::memcpy(block, text.CStr(), size);
+    *buffer = block;
+    return true;
+}
+
+}  // namespace
+
+int QbSupportGetInfo(int kind, unsigned int flags, char** buffer, const char* argument) {
+    CQbSupportWindows collector;
+    Text result;
+    Text sectionArgument(argument != nullptr ? argument : "");
+    // A cut argument would ask for something else, so no section sees one.
+    if (sectionArgument.Failed()) {
+        return 0;
+    }
+    const bool complete =
+        collector.GetInfo(kind, flags, result, sectionArgument) && !result.Failed();
+    return complete && HandOut(result, buffer) ? 1 : 0;
+}
+
+bool QbSupportReleaseBuffer(char* buffer) {
+    if (buffer != nullptr) {
+        std::free(buffer);
+    }
+    return true;
+}

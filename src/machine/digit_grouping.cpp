@@ -1,0 +1,68 @@
+#include "machine/digit_grouping.h"
+
+#include <charconv>
+#include <utility>
+
+#include "core/locale_value.h"
+
+namespace qb_support {
+
+namespace {
+
+constexpr std::size_t kMostDigits = 20;  // of the largest 64-bit number
+
+// Reads the platform's list of group sizes, one size a call.
+class GroupSizes {
+public:
+    explicit GroupSizes(std::string_view sizes) : m_rest(sizes) {}
+
+    // The size of the next group to the left; 0 when all further digits stand together.
+    std::size_t Next() {
+        if (m_rest == "0") {
+            return m_last;  // the last size goes on for ever
+        }
+        std::size_t size = 0;
+        const char* const end = m_rest.data() + m_rest.size();
+        const char* const read = std::from_chars(m_rest.data(), end, size).ptr;
+        m_rest.remove_prefix(static_cast<std::size_t>(read - m_rest.data()));
+        m_rest.remove_prefix(m_rest.starts_with(';') ? 1 : m_rest.size());
+        m_last = size;
+        return size;
+    }
+
+private:
+    std::string_view m_rest;
+    std::size_t m_last = 0;
+};
+
+}  // namespace
+
+DigitGrouping::DigitGrouping(Text sizes, Text separator)
+    : m_sizes(std::move(sizes)), m_separator(std::move(separator)) {}
+
+void DigitGrouping::Append(Text& text, std::uint64_t number) const {
+    char digits[kMostDigits];
+    const char* const end = std::to_chars(digits, digits + kMostDigits, number).ptr;
+    const auto count = static_cast<std::size_t>(end - digits);
+
+    bool startsGroup[kMostDigits] = {};
+    GroupSizes sizes(m_sizes.View());
+    std::size_t left = count;
+    for (std::size_t size = sizes.Next(); size != 0 && size < left; size = sizes.Next()) {
+        left -= size;
+        startsGroup[left] = true;
+    }
+
+    for (std::size_t i = 0; i < count; ++i) {
+        if (startsGroup[i]) {
+            text << m_separator;
+        }
+        text << digits[i];
+    }
+}
+
+DigitGrouping UserDigitGrouping() {
+    return {QueryLocaleValue(LOCALE_SGROUPING), QueryLocaleValue(LOCALE_STHOUSAND)};
+}
+
+}  // namespace qb_support

@@ -1,0 +1,31 @@
+// The user's digit grouping.
+#ifndef QBSUPPORT_MACHINE_DIGIT_GROUPING_H
+#define QBSUPPORT_MACHINE_DIGIT_GROUPING_H
+
+#include <cstdint>
+
+#include "core/text.h"
+
+namespace qb_support {
+
+// How the user's regional settings group the digits of a number.
+class DigitGrouping {
+public:
+    // `sizes` are the groups' sizes as the platform writes them, the rightmost group first: "3;0"
+    // groups by three throughout, "3;2;0" by three and then by two, "3" sets off three digits once,
+    // "0" or nothing groups none. `separator` may be longer than one byte.
+    DigitGrouping(Text sizes, Text separator);
+
+    void Append(Text& text, std::uint64_t number) const;
+
+private:
+    Text m_sizes;
+    Text m_separator;
+};
+
+// The grouping of the user's default locale; none when the platform does not give it.
+DigitGrouping UserDigitGrouping();
+
+}  // namespace qb_support
+
+#endif

@@ -1,0 +1,61 @@
+// The Hardware section: the first processor as the registry describes it, and how many there are.
+#include "core/collector.h"
+#include "machine/processor_description.h"
+#include "platform/registry_key.h"
+#include "platform/system_info.h"
+
+namespace qb_support {
+
+namespace {
+
+constexpr char kProcessorKey[] = "HARDWARE\\DESCRIPTION\\System\\CentralProcessor\\0";
+
+// Whatever the value's type, its bytes up to the first NUL are taken as text.
+bool ReadValue(const RegistryKey& key, const char* name, Text& text) {
+    RegistryKey::TextBuffer buffer;
+    DWORD type = REG_NONE;
+    if (!key.QueryText(name, buffer, type)) {
+        return false;
+    }
+    text.Clear();
+    text << buffer;
+    return true;
+}
+
+}  // namespace
+
+bool ReadProcessorDescription(const RegistryKey& key, Text& name, Text& identifier, Text& vendor) {
+    const bool hasName = ReadValue(key, "ProcessorNameString", name);
+    const bool hasIdentifier = ReadValue(key, "Identifier", identifier);
+    const bool hasVendor = ReadValue(key, "VendorIdentifier", vendor);
+    return hasName && hasIdentifier && hasVendor;
+}
+
+bool CQbSupportWindows::GetHardwareInfo(Text& result) {
+    const SYSTEM_INFO system = QuerySystemInfo();
+    CQbSupport::GetHardwareInfo(result);
+
+    Text name;
+    Text identifier;
+    Text vendor;
+    {
+        const RegistryKey key(HKEY_LOCAL_MACHINE, kProcessorKey, KEY_READ);
+        if (key.IsOpen() && !ReadProcessorDescription(key, name, identifier, vendor)) {
+            return false;
+        }
+    }
+
+    // The labels name other things than the values beside them; support staff know them so.
+    result << m_indent << "CPU Architecture:  " << name << '\n'
+           << m_indent << "CPU Type:          " << identifier << '\n'
+           << m_indent << "CPU Level:         " << vendor << '\n'
+           << m_indent
+           << "Number of CPUs:    " << static_cast<std::int32_t>(system.dwNumberOfProcessors)
+           << '\n';
+    if (m_separator) {
+        result << '\n';
+    }
+    return true;
+}
+
+}  // namespace qb_support

@@ -1,0 +1,83 @@
+// The Memory section: memory of the system and of this process.
+#include "core/collector.h"
+#include "machine/digit_grouping.h"
+#include "platform/named_function.h"
+
+namespace qb_support {
+
+namespace {
+
+// Writes lines whose numbers are grouped as the user groups digits.
+class MemoryLines {
+public:
+    MemoryLines(Text& result, const Text& indent)
+        : m_result(result), m_indent(indent), m_grouping(UserDigitGrouping()) {}
+
+    void AppendCount(std::string_view label, std::uint64_t count) {
+        AppendNumber(label, count);
+        m_result << "\r\n";
+    }
+
+    // Whole kilobytes; the remainder is dropped.
+    void AppendBytes(std::string_view label, std::uint64_t bytes) {
+        AppendNumber(label, bytes >> 10);
+        m_result << " KB\r\n";
+    }
+
+private:
+    void AppendNumber(std::string_view label, std::uint64_t number) {
+        m_result << m_indent << label;
+        m_grouping.Append(m_result, number);
+    }
+
+    Text& m_result;
+    const Text& m_indent;
+    DigitGrouping m_grouping;
+};
+
+void AppendSystemMemory(MemoryLines& lines) {
+    MEMORYSTATUSEX memory{};
+    memory.dwLength = sizeof(memory);
+    GlobalMemoryStatusEx(&memory);
+    lines.AppendBytes("Physical:         ", memory.ullTotalPhys);
+    lines.AppendBytes("Avail. Physical:  ", memory.ullAvailPhys);
+    lines.AppendBytes("Avail. Page File: ", memory.ullAvailPageFile);
+    lines.AppendBytes("Virtual:          ", memory.ullTotalVirtual);
+    lines.AppendBytes("Avail. Virtual:   ", memory.ullAvailVirtual);
+}
+
+bool QueryProcessMemory(PROCESS_MEMORY_COUNTERS& counters) {
+    // The library stays loaded: another part of the host may use it by now.
+    auto* const getProcessMemoryInfo =
+        FindFunction<BOOL WINAPI(HANDLE, PROCESS_MEMORY_COUNTERS*, DWORD)>(
+            LoadLibraryA("psapi.dll"), "GetProcessMemoryInfo");
+    counters.cb = sizeof(counters);
+    return getProcessMemoryInfo != nullptr &&
+           getProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof(counters)) != 0;
+}
+
+void AppendProcessMemory(MemoryLines& lines) {
+    PROCESS_MEMORY_COUNTERS counters{};
+    if (!QueryProcessMemory(counters)) {
+        return;
+    }
+    lines.AppendBytes("Process working set:      ", counters.WorkingSetSize);
+    lines.AppendBytes("Process peak working set: ", counters.PeakWorkingSetSize);
+    lines.AppendBytes("Process pagefile usage:   ", counters.PagefileUsage);
+    lines.AppendBytes("Process peak pf. usage:   ", counters.PeakPagefileUsage);
+    lines.AppendCount("Process page faults:      ", counters.PageFaultCount);
+}
+
+}  // namespace
+
+bool CQbSupportWindows::GetMemoryInfo(Text& result) {
+    CQbSupport::GetMemoryInfo(result);
+    MemoryLines lines(result, m_indent);
+    AppendSystemMemory(lines);
+    result << '\n';
+    AppendProcessMemory(lines);
+    result << '\n';
+    return true;
+}
+
+}  // namespace qb_support

@@ -1,0 +1,15 @@
+// The product version of a module.
+#ifndef QBSUPPORT_MACHINE_MODULE_VERSION_H
+#define QBSUPPORT_MACHINE_MODULE_VERSION_H
+
+#include "core/text.h"
+
+namespace qb_support {
+
+// The product version of the file `name`, a path or a file name that the platform's library search
+// finds, or a fixed text that says why there is none.
+Text GetModuleVersion(const char* name);
+
+}  // namespace qb_support
+
+#endif

@@ -1,0 +1,82 @@
+// The Operating System section: Windows' release, edition, version and build.
+#include "core/collector.h"
+#include "os/os_name.h"
+#include "os/version_tests.h"
+
+namespace qb_support {
+
+namespace {
+
+void AppendVersion(Text& result, const Text& indent, const OSVERSIONINFOEXA& version,
+                   const Text& displayVersion, const Text& updateRevision) {
+    result << indent << version.dwMajorVersion << '.' << version.dwMinorVersion << " Build "
+           << version.dwBuildNumber << '\n';
+    if (!displayVersion.Empty()) {
+        result << indent << '[' << displayVersion;
+        if (!updateRevision.Empty()) {
+            result << " -- " << version.dwBuildNumber << '.' << updateRevision;
+        }
+        result << "]\n";
+    }
+    if (version.wServicePackMajor > 0) {
+        result << indent << BufferText(version.szCSDVersion) << '\n';
+    }
+}
+
+// Shows the registry's own names where they differ from the composed ones, below one empty line.
+void AppendRegistryNames(Text& result, const Text& indent, const Text& displayName,
+                         const Text& editionText, const Text& productName, const Text& editionId) {
+    Text composedName;
+    composedName << displayName << ' ' << editionText;
+    Text registryName;
+    registryName << "Microsoft " << productName;
+    if (composedName.Failed() || registryName.Failed()) {
+        result.Fail();  // without memory for the comparison the section would be a guess
+        return;
+    }
+
+    const bool nameDiffers = composedName.View() != registryName.View();
+    const bool editionDiffers = editionText.View() != editionId.View();
+    if (nameDiffers || editionDiffers) {
+        result << indent << '\n';
+    }
+    if (nameDiffers) {
+        result << indent << "[OS ID: " << productName << "]\n";
+    }
+    if (editionDiffers) {
+        result << indent << "[Edition ID: " << editionId << "]\n";
+    }
+}
+
+}  // namespace
+
+bool CQbSupportWindows::GetOperatingSystemInfo(Text& result) {
+    CQbSupport::GetOperatingSystemInfo(result);
+
+    OSVERSIONINFOEXA version{};
+    if (!DetectVersionFromTable(version) && !DetectVersionByScan(version)) {
+        return false;
+    }
+
+    Text displayName;
+    Text editionText;
+    Text productName;
+    Text editionId;
+    Text wordSize;
+    Text displayVersion;
+    Text updateRevision;
+    if (ComposeOsName(version, displayName, editionText, productName, editionId, wordSize,
+                      displayVersion, updateRevision)) {
+        result << m_indent << displayName << ", " << wordSize << '\n';
+        if (!editionText.Empty()) {
+            result << m_indent << editionText << '\n';
+        }
+    } else {
+        result << m_indent << "Failed to get the Operating system name\n";
+    }
+    AppendVersion(result, m_indent, version, displayVersion, updateRevision);
+    AppendRegistryNames(result, m_indent, displayName, editionText, productName, editionId);
+    return true;
+}
+
+}  // namespace qb_support
