@@ -6,7 +6,7 @@ namespace qb_support {
 
 namespace {
 
-constexpr std::string_view kVariables[] = {"QB_ROOT_PATH", "PRODUCT", "PACKET", "HOME", "TMPDIR"};
+constexpr const char* kVariables[] = {"QB_ROOT_PATH", "PRODUCT", "PACKET", "HOME", "TMPDIR"};
 
 // The run-time library treats a longer name as a programming error and may end the process.
 constexpr std::size_t kLongestVariableName = 32766;
@@ -26,7 +26,7 @@ bool CQbSupportWindows::GetApplicationInfo(Text& result, Text& argument) {
     } else {
         result << '[' << path << "]\n";
     }
-    for (const std::string_view variable : kVariables) {
+    for (const char* const variable : kVariables) {
         Text name(variable);
         GetEnvironmentInfo(result, name);
     }

@@ -8,7 +8,7 @@ namespace {
 
 struct Category {
     int category;
-    std::string_view label;
+    const char* label;
 };
 
 constexpr Category kCategories[] = {

@@ -10,8 +10,9 @@ namespace {
 // The decimal digits of a number, with its sign.
 class Digits {
 public:
-    template <typename Number>
-    explicit Digits(Number number)
+    explicit Digits(std::uint64_t number)
+        : m_end(std::to_chars(m_characters, m_characters + sizeof(m_characters), number).ptr) {}
+    explicit Digits(std::int64_t number)
         : m_end(std::to_chars(m_characters, m_characters + sizeof(m_characters), number).ptr) {}
 
     [[nodiscard]] std::string_view View() const {
@@ -33,6 +34,10 @@ Text& Text::operator<<(std::string_view text) {
     return *this;
 }
 
+Text& Text::operator<<(const char* text) {
+    return *this << std::string_view(text);
+}
+
 Text& Text::operator<<(const Text& text) {
     if (text.Failed()) {
         Fail();
@@ -46,7 +51,7 @@ Text& Text::operator<<(char character) {
 }
 
 Text& Text::operator<<(Padded padded) {
-    const Digits digits(padded.number);
+    const Digits digits(std::int64_t{padded.number});
     if (digits.View().size() < padded.width) {
         Fill(' ', padded.width - digits.View().size());
     }
@@ -73,7 +78,7 @@ void ReplaceAll(Text& text, std::string_view from, std::string_view to) {
     std::string_view rest = text.View();
     for (std::size_t found = rest.find(from); found != std::string_view::npos;
          found = rest.find(from)) {
-        replaced << rest.substr(0, found) << to;
+        replaced << std::string_view(rest.data(), found) << to;
         rest.remove_prefix(found + from.size());
     }
     replaced << rest;

@@ -39,6 +39,7 @@ public:
     void Clear() { m_characters.Clear(); }
 
     Text& operator<<(std::string_view text);
+    Text& operator<<(const char* text);
     Text& operator<<(const Text& text);
     Text& operator<<(char character);
     Text& operator<<(Padded padded);
@@ -71,8 +72,7 @@ void ReplaceAll(Text& text, std::string_view from, std::string_view to);
 // none, since a terminator is never taken for granted.
 template <std::size_t Size>
 std::string_view BufferText(const char (&buffer)[Size]) {
-    const std::string_view whole(buffer, Size);
-    return whole.substr(0, whole.find('\0'));
+    return {buffer, static_cast<std::size_t>(std::find(buffer, buffer + Size, '\0') - buffer)};
 }
 
 }  // namespace qb_support

@@ -7,7 +7,7 @@ namespace {
 
 struct Label {
     DWORD bit;
-    std::string_view text;
+    const char* text;
 };
 
 constexpr Label kLabels[] = {

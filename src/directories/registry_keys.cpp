@@ -9,7 +9,7 @@ namespace {
 
 struct AccessTest {
     REGSAM access;
-    std::string_view annotation;
+    const char* annotation;
 };
 
 constexpr AccessTest kAccessTests[] = {
@@ -21,7 +21,7 @@ constexpr AccessTest kAccessTests[] = {
 }  // namespace
 
 Text RegistryKeyAccessText(HKEY root, const Text& path) {
-    std::string_view text = "(N/A)";
+    const char* text = "(N/A)";
     for (const AccessTest& test : kAccessTests) {
         if (RegistryKey(root, path.CStr(), test.access).IsOpen()) {
             text = test.annotation;

@@ -23,7 +23,7 @@ std::string_view Trimmed(std::string_view message) {
            (IsControl(message[end - 1]) || message[end - 1] == '.' || message[end - 1] == ' ')) {
         --end;
     }
-    return message.substr(0, end);
+    return {message.data(), end};
 }
 
 }  // namespace

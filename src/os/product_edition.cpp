@@ -11,7 +11,7 @@ namespace {
 
 struct ProductEdition {
     DWORD productType;
-    std::string_view text;
+    const char* text;
 };
 
 // By the product types that GetProductInfo reports. The words are the report's own; support staff

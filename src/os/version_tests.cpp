@@ -1,6 +1,7 @@
 #include "os/version_tests.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "core/text.h"
 
@@ -110,7 +111,7 @@ void CompleteRecord(OSVERSIONINFOEXA& version) {
     if (version.wServicePackMajor != 0) {
         Text servicePack("Service Pack ");
         servicePack << version.wServicePackMajor;
-        servicePack.View().copy(version.szCSDVersion, sizeof(version.szCSDVersion) - 1);
+        std::memcpy(version.szCSDVersion, servicePack.CStr(), servicePack.Size());
     }
     version.dwPlatformId = VER_PLATFORM_WIN32_NT;
 }
