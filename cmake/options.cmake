@@ -15,8 +15,8 @@ else()
 endif()
 
 if(MINGW)
-    # The run-time DLL's own printf: it is smaller, and it is the one that shares the host's
-    # standard output. The C++ headers would turn the setting round, so stdio.h comes before them.
+    # The run-time DLL's own printf: it is smaller, and it shares the standard output of hosts that
+    # use the same run time. The C++ headers would turn the setting round, so stdio.h comes first.
     add_compile_definitions(__USE_MINGW_ANSI_STDIO=0)
     add_compile_options(-include stdio.h)
     add_compile_options(-ffunction-sections -fdata-sections)
@@ -40,13 +40,14 @@ function(qbsupport_version_resource target file_name file_type description)
     target_sources(${target} PRIVATE "${resource}")
 endfunction()
 
-# Moves a MinGW file's debug information into a file of its own beside the build.
+# Moves a MinGW file's debug information into a file of its own beside the build. The tools would
+# write the time into the file's header unless told to preserve dates.
 function(qbsupport_split_debug_symbols target)
     set(symbols "${CMAKE_BINARY_DIR}/symbols/$<TARGET_FILE_NAME:${target}>.debug")
     add_custom_command(TARGET ${target} POST_BUILD
         COMMAND ${CMAKE_COMMAND} -E make_directory "${CMAKE_BINARY_DIR}/symbols"
-        COMMAND ${CMAKE_OBJCOPY} --only-keep-debug "$<TARGET_FILE:${target}>" "${symbols}"
-        COMMAND ${CMAKE_STRIP} --strip-all "$<TARGET_FILE:${target}>"
-        COMMAND ${CMAKE_OBJCOPY} "--add-gnu-debuglink=${symbols}" "$<TARGET_FILE:${target}>"
+        COMMAND ${CMAKE_OBJCOPY} -p --only-keep-debug "$<TARGET_FILE:${target}>" "${symbols}"
+        COMMAND ${CMAKE_STRIP} -p --strip-all "$<TARGET_FILE:${target}>"
+        COMMAND ${CMAKE_OBJCOPY} -p "--add-gnu-debuglink=${symbols}" "$<TARGET_FILE:${target}>"
         VERBATIM)
 endfunction()

@@ -18,7 +18,9 @@ extern "C" {
 enum QbSupportKind {
     QbSupportBanner = 1,            /**< who reads the report, and the privacy statement */
     QbSupportDateTime = 2,          /**< local date and time, time zone */
-    QbSupportOperatingSystem = 3,   /**< Windows release, edition, version and build */
+    QbSupportOperatingSystem = 3,   /**< Windows release, edition, version and build, as Windows
+                                         tells them to this process: see the host's manifest in
+                                         docs/hosting.md; fails for an unknown version */
     QbSupportUname = 4,             /**< heading only */
     QbSupportUserName = 5,          /**< the user's account name and display name */
     QbSupportLocale = 6,            /**< run-time and Windows locale settings */
@@ -32,7 +34,8 @@ enum QbSupportKind {
     QbSupportApplication = 14,      /**< the host's executable and its environment variables */
     QbSupportEnvironment = 15,      /**< one environment variable; argument: its name */
     QbSupportModules = 16,          /**< loaded modules; argument: an executable's file name, or
-                                         none for this process; fails when no such process runs */
+                                         none for this process; fails when no such process runs;
+                                         a walk that fails writes a warning to standard output */
     QbSupportModule = 17,           /**< one module's version; argument: its file name or path */
     QbSupportLimits = 18,           /**< heading only */
     QbSupportReserved = 19,         /**< always fails */
@@ -54,8 +57,8 @@ enum QbSupportFlags {
  * @param flags     QbSupportFlags, or 0
  * @param buffer    receives the NUL-terminated text, which the caller owns and gives back through
  *                  QbSupportReleaseBuffer; must not be null; left as it was on failure
- * @param argument  what the kind takes (see QbSupportKind), NUL-terminated; null is the same as
- *                  an empty text
+ * @param argument  what the kind takes (see QbSupportKind), NUL-terminated, in the ANSI code page;
+ *                  null is the same as an empty text
  * @return 1 when a buffer was handed out; 0 when the kind is unknown, the section has nothing
  *         valid to report, or memory ran out
  */

@@ -104,7 +104,7 @@ bool CQbSupport::AppendEnvironmentNotSet(const char* prefix, const char* name, T
 }
 
 bool CQbSupport::AppendEnvironmentBegin(const char* /*name*/, Text& result) {
-    result << "";
+    result << "";  // the list of variables needs no opening mark
     return true;
 }
 

@@ -14,7 +14,8 @@ namespace qb_support {
 // The first InlineCapacity values live in the object itself, more in a block from malloc. A zero
 // value always stands after the last one, so that an array of characters is terminated. When
 // memory runs out the array remembers it: it keeps what it has, takes nothing more, and Failed()
-// stays true, so that its owner appends freely and asks once at the end.
+// stays true, so that its owner appends freely and asks once at the end. What is appended must not
+// lie in the array itself.
 template <typename Value, std::size_t InlineCapacity>
 class GrowableArray {
     static_assert(std::is_trivially_copyable_v<Value> && InlineCapacity > 0);

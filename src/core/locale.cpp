@@ -1,4 +1,6 @@
 // The Locale section: the run-time library's locale and Windows' own language settings.
+#include <algorithm>
+
 #include "core/collector.h"
 #include "core/locale_value.h"
 
@@ -17,7 +19,7 @@ constexpr Category kCategories[] = {
     {LC_TIME, "APP [LC_TIME]:         ["},     {LC_ALL, "APP [LC_ALL]:          ["},
 };
 
-constexpr DWORD kValueSize = 1024;
+constexpr int kValueSize = 1024;
 
 Text SystemLanguageName() {
     char name[kValueSize] = {};
@@ -32,11 +34,11 @@ Text SystemLanguageName() {
 Text QueryLocaleValue(LCTYPE lctype) {
     const int needed = GetLocaleInfoA(LOCALE_USER_DEFAULT, lctype, nullptr, 0);
     char value[kValueSize] = {};
-    if (needed <= 0 || needed > static_cast<int>(kValueSize) ||
-        GetLocaleInfoA(LOCALE_USER_DEFAULT, lctype, value, needed) == 0) {
-        return Text();
-    }
-    return Text(BufferText(value));
+    const int offered = std::clamp(needed, 0, kValueSize);
+    const int written = GetLocaleInfoA(LOCALE_USER_DEFAULT, lctype, value, offered);
+    // Offered nothing, the platform writes nothing and tells the size once more.
+    const bool isWhole = offered > 0 && offered == needed && written > 0;
+    return isWhole ? Text(BufferText(value)) : Text();
 }
 
 bool CQbSupport::GetLocaleSectionInfo(Text& result) {

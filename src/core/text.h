@@ -2,10 +2,12 @@
 #ifndef QBSUPPORT_CORE_TEXT_H
 #define QBSUPPORT_CORE_TEXT_H
 
+#include <algorithm>
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
+#include <type_traits>
 
 #include "core/growable_array.h"
 
@@ -30,7 +32,8 @@ public:
     [[nodiscard]] bool Failed() const { return m_characters.Failed(); }
     void Fail() { m_characters.Fail(); }
 
-    [[nodiscard]] bool Empty() const { return m_characters.Size() == 0; }
+    // False for a text that memory ran out for: what it lacks is not known to be nothing.
+    [[nodiscard]] bool Empty() const { return m_characters.Size() == 0 && !Failed(); }
     [[nodiscard]] std::size_t Size() const { return m_characters.Size(); }
     [[nodiscard]] std::string_view View() const { return {CStr(), Size()}; }
     [[nodiscard]] const char* CStr() const { return m_characters.Data(); }

@@ -41,6 +41,10 @@ DigitGrouping::DigitGrouping(Text sizes, Text separator)
     : m_sizes(std::move(sizes)), m_separator(std::move(separator)) {}
 
 void DigitGrouping::Append(Text& text, std::uint64_t number) const {
+    if (m_sizes.Failed()) {
+        text.Fail();
+        return;
+    }
     char digits[kMostDigits];
     const char* const end = std::to_chars(digits, digits + kMostDigits, number).ptr;
     const auto count = static_cast<std::size_t>(end - digits);

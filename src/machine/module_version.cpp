@@ -29,7 +29,7 @@ struct Translation {
 
 void AppendHexadecimal(Text& text, WORD number) {
     for (int shift = 12; shift >= 0; shift -= 4) {
-        text << "0123456789abcdef"[number >> shift & 0xF];
+        text << "0123456789abcdef"[(number >> shift) & 0xF];
     }
 }
 
@@ -45,7 +45,8 @@ bool FindTranslation(const VersionBlock& block, Translation& translation) {
 }
 
 // The text of a value, which need not be terminated: it ends at its first NUL, after the length
-// that the platform gives for it, or with the block at the latest.
+// that the platform gives for it (0 tells nothing), or with the block at the latest. For a value
+// that lies outside the block the distance wraps around and leaves the length to bound it.
 std::string_view ValueText(const VersionBlock& block, const char* value, UINT length) {
     const char* const end = static_cast<const char*>(block.bytes.get()) + block.size;
     std::size_t limit =
@@ -93,6 +94,7 @@ Text GetModuleVersion(const char* name) {
         outOfMemory.Fail();
         return outOfMemory;
     }
+    std::memset(block.bytes.get(), 0, size);
     if (GetFileVersionInfoA(name, 0, size, block.bytes.get()) == 0) {
         return Text("No version info!");
     }

@@ -34,15 +34,16 @@ void AppendModuleLine(Text& result, const Text& indent, const Text& file, const 
 
 bool CQbSupportWindows::GetModulesInfo(Text& result, Text& argument) {
     CQbSupport::GetModulesInfo(result, argument);
+    DWORD processId = 0;
     if (argument.Empty()) {
-        ListProcessModules(GetCurrentProcessId(), result);
+        processId = GetCurrentProcessId();
     } else {
-        const DWORD processId = FindProcessId(argument.View());
+        processId = FindProcessId(argument.View());
         if (processId == 0) {
             return false;
         }
-        ListProcessModules(processId, result);
     }
+    ListProcessModules(processId, result);
     result << "\r\n";
     return true;
 }

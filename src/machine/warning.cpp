@@ -31,9 +31,10 @@ std::string_view Trimmed(std::string_view message) {
 void PrintLastErrorWarning(const char* operation) {
     const DWORD error = GetLastError();
     char buffer[256] = {};
-    FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error,
-                   MAKELANGID(LANG_NEUTRAL, SUBLANG_DEFAULT), buffer, sizeof(buffer), nullptr);
-    const Text message(Trimmed(BufferText(buffer)));
+    const DWORD length =
+        FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error,
+                       MAKELANGID(LANG_NEUTRAL, SUBLANG_DEFAULT), buffer, sizeof(buffer), nullptr);
+    const Text message(length != 0 ? Trimmed(BufferText(buffer)) : std::string_view());
     std::printf("\n  WARNING: %s failed with error %d (%s)", operation, static_cast<int>(error),
                 message.CStr());
 }

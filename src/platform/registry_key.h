@@ -40,11 +40,12 @@ public:
         return status == ERROR_SUCCESS;
     }
 
-    // Reads a value of at most 4 bytes, and its type. Returns false when it is missing or longer.
+    // Reads a value of 4 bytes, and its type. Returns false when it is missing or of another size.
     bool QueryNumber(const char* valueName, DWORD& number, DWORD& type) const {
         DWORD size = sizeof(number);
-        return RegQueryValueExA(m_key, valueName, nullptr, &type, reinterpret_cast<BYTE*>(&number),
-                                &size) == ERROR_SUCCESS;
+        const LSTATUS status = RegQueryValueExA(m_key, valueName, nullptr, &type,
+                                                reinterpret_cast<BYTE*>(&number), &size);
+        return status == ERROR_SUCCESS && size == sizeof(number);
     }
 
 private:

@@ -18,17 +18,11 @@
 #include <psapi.h>
 #include <tlhelp32.h>
 
-#include <clocale>
-#include <cstdlib>
-#include <ctime>
-
-namespace qb_support {
-using ::_ctime64;
-using ::_time64;
-using ::_tzset;
-using ::getenv;
-using ::setlocale;
-}  // namespace qb_support
+// Run-time functions whose behaviour differs between systems; these headers, not their C++
+// counterparts, promise them by their plain names.
+#include <locale.h>
+#include <stdlib.h>
+#include <time.h>
 
 #else
 
