@@ -23,18 +23,20 @@ bool IsWholePath(DWORD length, DWORD offered) {
     return length > 0 && length < offered;
 }
 
-}  // namespace
-
-Text GetSystemDirectoryPath() {
+Text DirectoryPath(UINT(WINAPI* query)(char* path, UINT size)) {
     PathBuffer path = {};
-    const DWORD length = GetSystemDirectoryA(path, kOfferedSize);
+    const UINT length = query(path, kOfferedSize);
     return IsWholePath(length, kOfferedSize) ? WithForwardSlashes(BufferText(path)) : Text();
 }
 
+}  // namespace
+
+Text GetSystemDirectoryPath() {
+    return DirectoryPath(GetSystemDirectoryA);
+}
+
 Text GetWindowsDirectoryPath() {
-    PathBuffer path = {};
-    const DWORD length = GetWindowsDirectoryA(path, kOfferedSize);
-    return IsWholePath(length, kOfferedSize) ? WithForwardSlashes(BufferText(path)) : Text();
+    return DirectoryPath(GetWindowsDirectoryA);
 }
 
 Text GetTempDirectoryPath() {

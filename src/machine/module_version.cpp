@@ -1,23 +1,19 @@
 #include "machine/module_version.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
-#include <memory>
 
+#include "core/growable_array.h"
 #include "platform/windows_api.h"
 
 namespace qb_support {
 
 namespace {
 
-struct FreeBlock {
-    void operator()(void* block) const { std::free(block); }
-};
-
-// A file's version resource as it was read, in a block of the size that the platform asked for.
+// A file's version resource as it was read: the bytes that the platform asked for, aligned as it
+// lays them out. Those of most files fit on the stack, in less than a page of it.
 struct VersionBlock {
-    std::unique_ptr<void, FreeBlock> bytes;
+    GrowableArray<DWORD, 768> words;
     DWORD size;
 };
 
@@ -36,7 +32,7 @@ void AppendHexadecimal(Text& text, WORD number) {
 bool FindTranslation(const VersionBlock& block, Translation& translation) {
     void* value = nullptr;
     UINT size = 0;
-    if (VerQueryValueA(block.bytes.get(), "\\VarFileInfo\\Translation", &value, &size) == 0 ||
+    if (VerQueryValueA(block.words.Data(), "\\VarFileInfo\\Translation", &value, &size) == 0 ||
         value == nullptr || size < sizeof(translation)) {
         return false;
     }
@@ -48,7 +44,7 @@ bool FindTranslation(const VersionBlock& block, Translation& translation) {
 // that the platform gives for it (0 tells nothing), or with the block at the latest. For a value
 // that lies outside the block the distance wraps around and leaves the length to bound it.
 std::string_view ValueText(const VersionBlock& block, const char* value, UINT length) {
-    const char* const end = static_cast<const char*>(block.bytes.get()) + block.size;
+    const char* const end = reinterpret_cast<const char*>(block.words.Data()) + block.size;
     std::size_t limit =
         reinterpret_cast<std::uintptr_t>(end) - reinterpret_cast<std::uintptr_t>(value);
     if (length != 0) {
@@ -73,7 +69,7 @@ Text ProductVersion(const VersionBlock& block) {
     // The call's result misleads: it is the value's address that tells whether there is one.
     void* value = nullptr;
     UINT length = 0;
-    VerQueryValueA(block.bytes.get(), path.CStr(), &value, &length);
+    VerQueryValueA(block.words.Data(), path.CStr(), &value, &length);
     if (value == nullptr) {
         return Text("Version info is not accessible!");
     }
@@ -88,14 +84,16 @@ Text GetModuleVersion(const char* name) {
     if (size == 0) {
         return Text("Modul or version info not found!");
     }
-    const VersionBlock block{std::unique_ptr<void, FreeBlock>(std::malloc(size)), size};
-    if (block.bytes == nullptr) {
+    VersionBlock block{{}, size};
+    const std::size_t wordCount = (std::size_t{size} + sizeof(DWORD) - 1) / sizeof(DWORD);
+    DWORD* const words = block.words.Extend(wordCount);
+    if (words == nullptr) {
         Text outOfMemory;
         outOfMemory.Fail();
         return outOfMemory;
     }
-    std::memset(block.bytes.get(), 0, size);
-    if (GetFileVersionInfoA(name, 0, size, block.bytes.get()) == 0) {
+    std::memset(words, 0, wordCount * sizeof(DWORD));
+    if (GetFileVersionInfoA(name, 0, size, words) == 0) {
         return Text("No version info!");
     }
     return ProductVersion(block);

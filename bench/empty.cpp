@@ -1,0 +1,2 @@
+// What starting and ending any program costs.
+int main() {}

@@ -1,0 +1,213 @@
+// The sections' platform calls without the sections. platform_calls checks that they are the same.
+#include <vector>
+
+#include "bench.h"
+#include "os/version_tests.h"
+#include "platform/registry_key.h"
+#include "platform/screen_device_context.h"
+#include "platform/snapshot.h"
+#include "platform/system_info.h"
+
+namespace qb_support::bench {
+
+namespace {
+
+// What the platform fills, and nobody reads.
+alignas(8) char scratch[64 * 1024];
+
+void AskForTime(const char* /*argument*/) {
+    const auto now = _time64(nullptr);
+    _ctime64(&now);
+    _tzset();
+    TIME_ZONE_INFORMATION zone{};
+    GetTimeZoneInformation(&zone);
+}
+
+void ReadText(const RegistryKey& key, const char* name) {
+    RegistryKey::TextBuffer text;
+    DWORD type = REG_NONE;
+    key.QueryText(name, text, type);
+}
+
+void AskForOperatingSystem(const char* /*argument*/) {
+    constexpr char kPath[] = "SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion";
+    OSVERSIONINFOEXA version;
+    DetectVersionFromTable(version);  // probes and nothing else
+    ReadText(RegistryKey(HKEY_LOCAL_MACHINE, kPath, KEY_READ), "EditionID");
+    DWORD type = 0;
+    FindFunction<BOOL WINAPI(DWORD, DWORD, DWORD, DWORD, DWORD*)>(
+        GetModuleHandleA("kernel32.dll"), "GetProductInfo")(10, 0, 0, 0, &type);
+    ReadText(RegistryKey(HKEY_LOCAL_MACHINE, kPath, KEY_READ), "ProductName");
+    ReadText(RegistryKey(HKEY_LOCAL_MACHINE, kPath, KEY_READ), "DisplayVersion");
+    DWORD revision = 0;
+    RegistryKey(HKEY_LOCAL_MACHINE, kPath, KEY_READ).QueryNumber("UBR", revision, type);
+    QuerySystemInfo();
+}
+
+void AskForUserName(const char* /*argument*/) {
+    auto* const getUserName = FindFunction<BOOLEAN WINAPI(int, char*, ULONG*)>(
+        LoadLibraryA("Secur32.dll"), "GetUserNameExA");
+    for (const int form : {2, 3}) {
+        ULONG size = 1024;
+        getUserName(form, scratch, &size);
+    }
+}
+
+void AskForLocaleValue(LCTYPE type) {
+    const int size = GetLocaleInfoA(LOCALE_USER_DEFAULT, type, nullptr, 0);
+    GetLocaleInfoA(LOCALE_USER_DEFAULT, type, scratch, size);
+}
+
+void AskForLocale(const char* /*argument*/) {
+    for (const int category : {LC_COLLATE, LC_CTYPE, LC_MONETARY, LC_NUMERIC, LC_TIME, LC_ALL}) {
+        setlocale(category, nullptr);
+    }
+    VerLanguageNameA(GetSystemDefaultLangID(), scratch, 1024);
+    AskForLocaleValue(LOCALE_ILANGUAGE);
+    AskForLocaleValue(LOCALE_SENGLANGUAGE);
+    AskForLocaleValue(LOCALE_SABBREVLANGNAME);
+}
+
+void AskForHardware(const char* /*argument*/) {
+    QuerySystemInfo();
+    const RegistryKey key(HKEY_LOCAL_MACHINE, "HARDWARE\\DESCRIPTION\\System\\CentralProcessor\\0",
+                          KEY_READ);
+    ReadText(key, "ProcessorNameString");
+    ReadText(key, "Identifier");
+    ReadText(key, "VendorIdentifier");
+}
+
+void AskForMemory(const char* /*argument*/) {
+    AskForLocaleValue(LOCALE_SGROUPING);
+    AskForLocaleValue(LOCALE_STHOUSAND);
+    MEMORYSTATUSEX memory{};
+    memory.dwLength = sizeof(memory);
+    GlobalMemoryStatusEx(&memory);
+    PROCESS_MEMORY_COUNTERS counters{};
+    FindFunction<BOOL WINAPI(HANDLE, PROCESS_MEMORY_COUNTERS*, DWORD)>(
+        LoadLibraryA("psapi.dll"), "GetProcessMemoryInfo")(GetCurrentProcess(), &counters,
+                                                           sizeof(counters));
+}
+
+void AskForDirectory(const char* path) {
+    GetFileAttributesA(path);
+}
+
+void AskForDirectories(const char* /*argument*/) {
+    GetSystemDirectoryA(scratch, 1023);
+    AskForDirectory(scratch);
+    GetWindowsDirectoryA(scratch, 1023);
+    AskForDirectory(scratch);
+    GetTempPathA(1023, scratch);
+    AskForDirectory(scratch);
+    GetModuleFileNameA(nullptr, scratch, 1023);
+    AskForDirectory(scratch);
+    GetCurrentDirectoryA(MAX_PATH, scratch);
+    AskForDirectory(scratch);
+}
+
+void OpenKey(HKEY root, const char* path) {
+    for (const REGSAM access : {KEY_READ, KEY_READ | KEY_WRITE, KEY_ALL_ACCESS}) {
+        const RegistryKey key(root, path, access);
+    }
+}
+
+void OpenUserKey(const char* path) {
+    OpenKey(HKEY_CURRENT_USER, path);
+}
+
+void OpenMachineKey(const char* path) {
+    OpenKey(HKEY_LOCAL_MACHINE, path);
+}
+
+void AskForVariable(const char* name) {
+    getenv(name);
+}
+
+void AskForApplication(const char* /*argument*/) {
+    GetModuleFileNameA(nullptr, scratch, 1023);
+    for (const char* const name : {"QB_ROOT_PATH", "PRODUCT", "PACKET", "HOME", "TMPDIR"}) {
+        AskForVariable(name);
+    }
+}
+
+void AskForModule(const char* name) {
+    DWORD ignored = 0;
+    const DWORD size = GetFileVersionInfoSizeA(name, &ignored);
+    void* value = nullptr;
+    UINT length = 0;
+    if (size == 0 || size > sizeof(scratch) || GetFileVersionInfoA(name, 0, size, scratch) == 0 ||
+        VerQueryValueA(scratch, "\\VarFileInfo\\Translation", &value, &length) == 0) {
+        return;
+    }
+    char path[] = "\\StringFileInfo\\00000000\\ProductVersion";
+    char* digit = path + sizeof("\\StringFileInfo\\") - 1;
+    for (const WORD part : {static_cast<WORD*>(value)[0], static_cast<WORD*>(value)[1]}) {
+        for (const int shift : {12, 8, 4, 0}) {
+            *digit++ = "0123456789abcdef"[part >> shift & 0xF];
+        }
+    }
+    VerQueryValueA(scratch, path, &value, &length);
+}
+
+void AskForModules(const char* /*argument*/) {
+    const Snapshot snapshot(
+        CreateToolhelp32Snapshot(TH32CS_SNAPMODULE | TH32CS_SNAPMODULE32, GetCurrentProcessId()));
+    MODULEENTRY32 entry{};
+    entry.dwSize = sizeof(entry);
+    for (BOOL more = Module32First(snapshot.Handle(), &entry); more != 0;
+         more = Module32Next(snapshot.Handle(), &entry)) {
+        AskForModule(entry.szModule);
+    }
+}
+
+BOOL CALLBACK Remember(HMONITOR monitor, HDC /*context*/, RECT* /*area*/, LPARAM monitors) {
+    reinterpret_cast<std::vector<HMONITOR>*>(monitors)->push_back(monitor);
+    return TRUE;
+}
+
+void AskForDisplay(const char* /*argument*/) {
+    GetSystemMetrics(SM_CXVIRTUALSCREEN);
+    GetSystemMetrics(SM_CYVIRTUALSCREEN);
+    {
+        const ScreenDeviceContext screen;
+        static_cast<void>(screen.Capability(LOGPIXELSX));
+        static_cast<void>(screen.Capability(LOGPIXELSY));
+    }
+    // Its memory stays from call to call: a floor has nothing to allocate.
+    static std::vector<HMONITOR> monitors;
+    monitors.clear();
+    EnumDisplayMonitors(nullptr, nullptr, Remember, reinterpret_cast<LPARAM>(&monitors));
+    for (HMONITOR monitor : monitors) {
+        MONITORINFOEXA info{};
+        info.cbSize = sizeof(info);
+        GetMonitorInfoA(monitor, &info);
+    }
+}
+
+}  // namespace
+
+constexpr std::array<Section, 19> kSections = {{
+    {QbSupportBanner, "banner", "", nullptr},
+    {QbSupportDateTime, "date and time", "", AskForTime},
+    {QbSupportOperatingSystem, "operating system", "", AskForOperatingSystem},
+    {QbSupportUname, "uname", "", nullptr},
+    {QbSupportUserName, "user name", "", AskForUserName},
+    {QbSupportLocale, "locale", "", AskForLocale},
+    {QbSupportHardware, "hardware", "", AskForHardware},
+    {QbSupportMemory, "memory", "", AskForMemory},
+    {QbSupportSystemDirectories, "system directories", "", AskForDirectories},
+    {QbSupportAppDirectory, "app directory", "C:\\Windows", AskForDirectory},
+    {QbSupportRegistry, "registry", "Software", OpenUserKey},
+    {QbSupportUserAppKey, "user app key", "Software", OpenUserKey},
+    {QbSupportMachineAppKey, "machine app key", "SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion",
+     OpenMachineKey},
+    {QbSupportApplication, "application", "", AskForApplication},
+    {QbSupportEnvironment, "environment", "USERNAME", AskForVariable},
+    {QbSupportModules, "modules", "", AskForModules},
+    {QbSupportModule, "module", "ntdll.dll", AskForModule},
+    {QbSupportLimits, "limits", "", nullptr},
+    {QbSupportDisplay, "display", "", AskForDisplay},
+}};
+
+}  // namespace qb_support::bench
