@@ -29,11 +29,19 @@ void AppendHexadecimal(Text& text, WORD number) {
     }
 }
 
+// How far it is from a value to the block's end. For a value that lies outside the block, which no
+// system is known to hand out, the distance wraps around and bounds nothing.
+std::size_t RoomAt(const VersionBlock& block, const void* value) {
+    const auto end = reinterpret_cast<std::uintptr_t>(block.words.Data()) + block.size;
+    return end - reinterpret_cast<std::uintptr_t>(value);
+}
+
 bool FindTranslation(const VersionBlock& block, Translation& translation) {
     void* value = nullptr;
     UINT size = 0;
     if (VerQueryValueA(block.words.Data(), "\\VarFileInfo\\Translation", &value, &size) == 0 ||
-        value == nullptr || size < sizeof(translation)) {
+        value == nullptr ||
+        std::min<std::size_t>(size, RoomAt(block, value)) < sizeof(translation)) {
         return false;
     }
     std::memcpy(&translation, value, sizeof(translation));
@@ -41,12 +49,9 @@ bool FindTranslation(const VersionBlock& block, Translation& translation) {
 }
 
 // The text of a value, which need not be terminated: it ends at its first NUL, after the length
-// that the platform gives for it (0 tells nothing), or with the block at the latest. For a value
-// that lies outside the block the distance wraps around and leaves the length to bound it.
+// that the platform gives for it (0 tells nothing), or with the block at the latest.
 std::string_view ValueText(const VersionBlock& block, const char* value, UINT length) {
-    const char* const end = reinterpret_cast<const char*>(block.words.Data()) + block.size;
-    std::size_t limit =
-        reinterpret_cast<std::uintptr_t>(end) - reinterpret_cast<std::uintptr_t>(value);
+    std::size_t limit = RoomAt(block, value);
     if (length != 0) {
         limit = std::min<std::size_t>(limit, length);
     }

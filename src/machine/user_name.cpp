@@ -10,7 +10,7 @@ namespace {
 enum NameForm { kSamCompatible = 2, kDisplay = 3 };
 
 // Returns one byte: what stands in the rest of the register is undefined.
-using GetUserNameFunction = BOOLEAN WINAPI(NameForm, char*, ULONG*);
+using GetUserNameFunction = BOOLEAN WINAPI(int, char*, ULONG*);
 
 void AppendName(Text& result, GetUserNameFunction& getUserName, NameForm form) {
     char name[1024] = {};

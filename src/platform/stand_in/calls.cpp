@@ -124,7 +124,9 @@ void SetLastErrorCode(LONG code) {
 }
 
 void FillWithGarbage(void* memory, std::size_t size) {
-    std::memset(memory, 0xCC, size);
+    if (size != 0) {  // a caller that only asks for a size has no memory
+        std::memset(memory, 0xCC, size);
+    }
 }
 
 }  // namespace stand_in

@@ -81,7 +81,7 @@ struct OpenHandles {
     int snapshots = 0;
     int deviceContexts = 0;
 
-    int Total() const { return registryKeys + snapshots + deviceContexts; }
+    [[nodiscard]] int Total() const { return registryKeys + snapshots + deviceContexts; }
 };
 OpenHandles CountOpenHandles();
 

@@ -1,0 +1,19 @@
+#include "platform/system_info.h"
+
+#include "platform/named_function.h"
+
+namespace qb_support {
+
+SYSTEM_INFO QuerySystemInfo() {
+    SYSTEM_INFO info{};
+    auto* const getNativeSystemInfo = FindFunction<void WINAPI(SYSTEM_INFO*)>(
+        GetModuleHandleA("kernel32.dll"), "GetNativeSystemInfo");
+    if (getNativeSystemInfo != nullptr) {
+        getNativeSystemInfo(&info);
+    } else {
+        GetSystemInfo(&info);
+    }
+    return info;
+}
+
+}  // namespace qb_support

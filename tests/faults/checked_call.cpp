@@ -1,0 +1,103 @@
+#include "faults/checked_call.h"
+
+#include <cstdlib>
+#include <cstring>
+
+#include "platform/stand_in/calls.h"
+#include "qbsupport/qbsupport.h"
+
+namespace faults {
+
+// The library's malloc and free come here first (the linker's --wrap), and so does calloc: a
+// compiler makes one of a malloc whose block is zeroed. The stand-in platform and the tests use
+// operator new, which does not.
+void* RealMalloc(std::size_t size) asm("__real_malloc");
+void* RealCalloc(std::size_t count, std::size_t size) asm("__real_calloc");
+void RealFree(void* block) asm("__real_free");
+void* WatchedMalloc(std::size_t size) asm("__wrap_malloc");
+void* WatchedCalloc(std::size_t count, std::size_t size) asm("__wrap_calloc");
+void WatchedFree(void* block) asm("__wrap_free");
+
+void (*beforeAllocation)() = nullptr;
+
+namespace {
+
+// What one call allocates and frees, always on its caller's thread.
+struct Allocations {
+    AllocationFault fault;
+    std::size_t attempts = 0;
+    std::size_t live = 0;
+    std::size_t lastSize = 0;
+};
+
+thread_local Allocations* watched = nullptr;
+
+// False for an allocation that is to fail.
+bool CountAndAllow(std::size_t size) {
+    if (watched == nullptr) {
+        return true;
+    }
+    if (beforeAllocation != nullptr) {
+        beforeAllocation();
+    }
+    ++watched->attempts;
+    if (watched->attempts >= watched->fault.first && watched->attempts <= watched->fault.last) {
+        return false;
+    }
+    ++watched->live;
+    watched->lastSize = size;
+    return true;
+}
+
+}  // namespace
+
+CallOutcome Call(int kind, unsigned flags, const char* argument, AllocationFault fault) {
+    CallOutcome outcome;
+    const auto require = [&outcome](bool kept, const char* promise) {
+        outcome.violations += kept ? "" : std::string(promise) + "; ";
+    };
+    char untouched = 'u';
+    char* buffer = &untouched;
+    Allocations memory{fault};
+    watched = &memory;
+    const int result = QbSupportGetInfo(kind, flags, &buffer, argument);
+
+    outcome.allocations = memory.attempts;
+    const bool hasText = result == 1 && buffer != nullptr && buffer != &untouched;
+    require(hasText || (result == 0 && buffer == &untouched), "result and buffer disagree");
+    require(untouched == 'u', "wrote to the caller's own text");
+    require(memory.live == (hasText ? 1U : 0U), "memory left behind");
+    if (hasText) {
+        const void* const end = std::memchr(buffer, '\0', memory.lastSize);
+        require(end == buffer + memory.lastSize - 1, "block not of the text's size and one");
+        outcome.text = end != nullptr ? buffer : "";
+        require(QbSupportReleaseBuffer(buffer), "release failed");
+        require(memory.live == 0, "block not freed");
+    }
+    watched = nullptr;
+    return outcome;
+}
+
+CallOutcome CallAlone(int kind, unsigned flags, const char* argument, AllocationFault fault) {
+    CallOutcome outcome = Call(kind, flags, argument, fault);
+    outcome.violations += stand_in::CountOpenHandles().Total() != 0 ? "handles left open; " : "";
+    outcome.violations += stand_in::HandleMisuses() != 0 ? "handles misused; " : "";
+    return outcome;
+}
+
+void* WatchedMalloc(std::size_t size) {
+    return CountAndAllow(size) ? RealMalloc(size) : nullptr;
+}
+
+void* WatchedCalloc(std::size_t count, std::size_t size) {
+    return CountAndAllow(count * size) ? RealCalloc(count, size) : nullptr;
+}
+
+void WatchedFree(void* block) {
+    if (watched != nullptr && block != nullptr) {
+        --watched->live;
+    }
+    RealFree(block);
+}
+
+}  // namespace faults

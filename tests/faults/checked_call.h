@@ -1,0 +1,38 @@
+// One call of the library, with everything checked that must hold whatever fails.
+#ifndef QBSUPPORT_TESTS_FAULTS_CHECKED_CALL_H
+#define QBSUPPORT_TESTS_FAULTS_CHECKED_CALL_H
+
+#include <cstddef>
+#include <optional>
+#include <string>
+
+namespace faults {
+
+inline constexpr int kLastKind = 20;
+
+// The library's allocations that fail, by their number, 1 for the first; none when `first` is 0.
+struct AllocationFault {
+    std::size_t first = 0;
+    std::size_t last = 0;
+};
+
+struct CallOutcome {
+    std::optional<std::string> text;  // nothing when the call failed
+    std::size_t allocations = 0;      // the library's, those that failed included
+    std::string violations;           // of the promises below, empty when all were kept
+};
+
+// A failed call leaves the caller's pointer alone. A successful one hands out a terminated block of
+// the text's size and one. Either way no memory stays.
+CallOutcome Call(int kind, unsigned flags, const char* argument, AllocationFault fault = {});
+
+// Besides: nothing is open, and no handle was misused. For one thread at a time.
+CallOutcome CallAlone(int kind, unsigned flags, const char* argument, AllocationFault fault = {});
+
+// Runs before each of the library's allocations, null for nothing: what the world does between two
+// platform calls.
+extern void (*beforeAllocation)();
+
+}  // namespace faults
+
+#endif

@@ -1,0 +1,26 @@
+// What tests of the library on a described machine share.
+#ifndef QBSUPPORT_TESTS_SUPPORT_H
+#define QBSUPPORT_TESTS_SUPPORT_H
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+
+#include "platform/stand_in/machine.h"
+
+// The text of one section, nothing when the call failed. Checks that a failing call leaves the
+// caller's pointer alone, and that after every call nothing is open and no handle was misused. Not
+// for several threads at once: what they have open would be taken for a leak.
+std::optional<std::string> GetInfo(int kind, unsigned flags, const char* argument = nullptr);
+
+// A test on a machine of its own, which is at first the default one.
+class MachineTest : public testing::Test {
+private:
+    stand_in::ScopedMachine m_scope;
+
+protected:
+    stand_in::Machine& m_machine = stand_in::CurrentMachine();
+};
+
+#endif
