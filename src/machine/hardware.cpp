@@ -12,7 +12,7 @@ constexpr char kProcessorKey[] = "HARDWARE\\DESCRIPTION\\System\\CentralProcesso
 
 // Whatever the value's type, its bytes up to the first NUL are taken as text.
 bool ReadValue(const RegistryKey& key, const char* name, Text& text) {
-    RegistryKey::TextBuffer buffer = {};
+    RegistryKey::TextBuffer buffer;
     DWORD type = REG_NONE;
     if (!key.QueryText(name, buffer, type)) {
         return false;

@@ -12,7 +12,7 @@ bool ReadRegistryString(const char* keyPath, const char* valueName, Text& text) 
     if (!key.IsOpen()) {
         return false;
     }
-    RegistryKey::TextBuffer buffer = {};
+    RegistryKey::TextBuffer buffer;
     DWORD type = REG_NONE;
     if (!key.QueryText(valueName, buffer, type) || type != REG_SZ) {
         return false;

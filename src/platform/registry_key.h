@@ -2,9 +2,6 @@
 #ifndef QBSUPPORT_PLATFORM_REGISTRY_KEY_H
 #define QBSUPPORT_PLATFORM_REGISTRY_KEY_H
 
-#include <algorithm>
-#include <cstddef>
-
 #include "platform/windows_api.h"
 
 namespace qb_support {
@@ -31,22 +28,10 @@ public:
     // Reads a value of at most 255 bytes, and its type, into `text`. The registry stores whatever
     // bytes it was given, with or without a terminator: one is put behind what came back. Returns
     // false, with an empty text, when the value is missing or longer.
-    bool QueryText(const char* valueName, TextBuffer& text, DWORD& type) const {
-        DWORD size = kLongestText;
-        text[0] = '\0';
-        const LSTATUS status = RegQueryValueExA(m_key, valueName, nullptr, &type,
-                                                reinterpret_cast<BYTE*>(text), &size);
-        text[status == ERROR_SUCCESS ? std::min(size, kLongestText) : 0] = '\0';
-        return status == ERROR_SUCCESS;
-    }
+    bool QueryText(const char* valueName, TextBuffer& text, DWORD& type) const;
 
     // Reads a value of 4 bytes, and its type. Returns false when it is missing or of another size.
-    bool QueryNumber(const char* valueName, DWORD& number, DWORD& type) const {
-        DWORD size = sizeof(number);
-        const LSTATUS status = RegQueryValueExA(m_key, valueName, nullptr, &type,
-                                                reinterpret_cast<BYTE*>(&number), &size);
-        return status == ERROR_SUCCESS && size == sizeof(number);
-    }
+    bool QueryNumber(const char* valueName, DWORD& number, DWORD& type) const;
 
 private:
     HKEY m_key = nullptr;
