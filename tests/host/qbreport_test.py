@@ -1,0 +1,111 @@
+#!/usr/bin/env python3
+"""qbreport as users call it: qbreport_test.py <directory of the program> <some other library>."""
+
+import os
+import pathlib
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+
+PRODUCT = pathlib.Path(sys.argv[1]).resolve()
+OTHER_LIBRARY = sys.argv[2]
+ON_WINDOWS = OTHER_LIBRARY.endswith(".dll")
+PROGRAM, LIBRARY = ("qbreport.exe", "QBSUPPORT.dll") if ON_WINDOWS else ("qbreport", "libQBSUPPORT.so")
+TITLES = b"Date and Time|Operating System|Uname|User Name|Locale|Hardware|Memory:|System directories" \
+    b"|Registry:|Application|Modules|Limits:|Display"
+
+
+def run(*arguments, program=PRODUCT / PROGRAM, stdout=subprocess.PIPE, directory=None):
+    launcher = ["wine"] if ON_WINDOWS else []
+    return subprocess.run([*launcher, program, *arguments], stdout=stdout, stderr=subprocess.PIPE,
+                          stdin=subprocess.DEVNULL, cwd=directory, timeout=120)
+
+
+class CommandLine(unittest.TestCase):
+    def test_whole_report(self):
+        result = run()
+        self.assertEqual(result.returncode, 0, result.stderr)
+        self.assertTrue(result.stdout.startswith(b"=" * 72 + b"\r\nThe following support"))
+        self.assertEqual(re.findall(rb"^(%s)\r\n-+\r\n" % TITLES, result.stdout, re.MULTILINE),
+                         TITLES.split(b"|"))
+        self.assertRegex(result.stdout, rb"x: \d+\r\n\r\n\r\n$")
+
+    def test_choices(self):
+        for arguments, expected in (
+            (["-s", "limits,4"], rb"Limits:\r\n-------\r\n\r\nUname\r\n-----\r\n\r\n"),
+            (["--sections=uname", "--no-separators"], rb"Uname\r\n-----\r\n"),
+            (["-s", "4", "--no-headings", "--no-separators"], b""),
+            (["-s", "environment", "-e", "QB_NOT_SET", "--variable=QB_NEITHER", "--no-indent"],
+             rb"Environment: \[QB_NOT_SET\] = Not set!\nEnvironment: \[QB_NEITHER\] = Not set!\n\r\n"),
+            (["-s", "10,17", "-d", r"Q:\none", "-m", "none.dll"],
+             rb"   App:         \[Q:/none\] \(N/A\)\n\r\n   none.dll  \[Modul or version info not "
+             rb"found!\]\r\n"),
+            (["-s", "11,12,13", "-u", "QbNone", "-a", r"QbNone\App"],
+             rb"Registry:\r\n-+\r\n   User root: .*\\QbNone\] \(N/A\)\n   App: .*USER\\QbNone\\App\] "
+             rb"\(N/A\)\n   App: .*MACHINE\\QbNone\\App\] \(N/A\)\n"),
+            (["--version"], rb"qbreport \d+\.\d+\.\d+\r?\n"),
+            (["--help"], rb"Usage: qbreport [\s\S]*--no-indent[\s\S]*"),
+            (["--list"], rb"[\s\S]*20  display\r?\n"),
+        ):
+            with self.subTest(arguments):
+                result = run(*arguments)
+                self.assertEqual(result.returncode, 0, result.stderr)
+                self.assertRegex(result.stdout, rb"\A" + expected + rb"\Z")
+
+    def test_mistakes(self):
+        for status, arguments, message in (
+            (2, ["--wrong"], b"unknown option '--wrong'"),
+            (2, ["-s", "banner,nothing"], b"unknown section 'nothing'"),
+            (2, ["-s", "21"], b"unknown section '21'"),
+            (2, ["-o"], b"option '-o' needs a value"),
+            (2, ["--no-indent=1"], b"takes no value"),
+            (2, ["report.txt"], b"unexpected argument 'report.txt'"),
+            (1, ["-s", "reserved"], b"section 'reserved' \\(19\\) left out"),
+            (1, ["-s", "modules", "-p", "no such program"], b"no report on no such program"),
+            (1, ["-o", "no/such/directory/report.txt"], b"cannot save the report"),
+        ):
+            with self.subTest(arguments):
+                result = run(*arguments)
+                self.assertEqual((result.returncode, result.stdout), (status, b""))
+                self.assertRegex(result.stderr, rb"\Aqbreport: .*" + message + rb".*\r?\n\Z")
+
+    def test_full_output(self):
+        with open("/dev/full", "wb") as full:
+            result = run(stdout=full)
+        self.assertEqual(result.returncode, 1)
+        self.assertIn(b"cannot write to standard output", result.stderr)
+
+
+class Files(unittest.TestCase):
+    def setUp(self):
+        self.directory = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory(prefix="qb report")))
+
+    def test_saved_whole(self):
+        target = self.directory / "report.txt"
+        target.write_bytes(b"an older and much longer report" * 1000)
+        result = run("-s", "banner", "-o", "report.txt", directory=self.directory)
+        self.assertEqual((result.returncode, result.stdout), (0, b""), result.stderr)
+        self.assertEqual(target.stat().st_size, 816)
+        self.assertEqual(os.listdir(self.directory), ["report.txt"])
+
+    def test_library_missing_or_wrong(self):
+        program = shutil.copy(PRODUCT / PROGRAM, self.directory)
+        library = self.directory / LIBRARY
+        other = pathlib.Path(OTHER_LIBRARY).read_bytes()
+        for content, message in ((None, "cannot load"), (b"", "cannot load"),
+                                 (b"garbage" * 99, "cannot load"),
+                                 (other, "lacks the function QbSupportGetInfo")):
+            with self.subTest(message):
+                if content is not None:
+                    library.write_bytes(content)
+                # A good library in the current directory must not take its place.
+                result = run(program=program, directory=PRODUCT)
+                self.assertEqual((result.returncode, result.stdout), (1, b""))
+                self.assertRegex(result.stderr.decode(), r"\Aqbreport: .*" + message)
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1])
