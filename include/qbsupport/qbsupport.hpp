@@ -202,14 +202,14 @@ public:
     }
 #endif
 
-    bool IsLoaded() const noexcept {
+    [[nodiscard]] bool IsLoaded() const noexcept {
         return m_module != nullptr;
     }
 
     /// Why the library is not loaded, as one line without a line end: the file is missing, is no
     /// library that this process can load, or lacks one of the functions, which is named. Empty
     /// when it is loaded.
-    const std::string& Error() const noexcept {
+    [[nodiscard]] const std::string& Error() const noexcept {
         return m_error;
     }
 
@@ -217,8 +217,8 @@ public:
     ///
     /// `kind`, `flags` and `argument` are those of QbSupportGetInfo. Null when the section failed
     /// or the library is not loaded. The buffer must be gone before this object.
-    Buffer SectionBuffer(int kind, unsigned int flags = kAllFlags,
-                         const char* argument = nullptr) const {
+    [[nodiscard]] Buffer SectionBuffer(int kind, unsigned int flags = kAllFlags,
+                                       const char* argument = nullptr) const {
         return IsLoaded() ? detail::GetBuffer(m_getInfo, m_releaseBuffer, kind, flags, argument)
                           : Buffer();
     }
@@ -227,8 +227,8 @@ public:
     ///
     /// `kind`, `flags` and `argument` are those of QbSupportGetInfo; an argument ends at its first
     /// NUL. Nothing when the section failed or the library is not loaded.
-    std::optional<std::string> Section(int kind, unsigned int flags = kAllFlags,
-                                       const std::string& argument = {}) const {
+    [[nodiscard]] std::optional<std::string> Section(int kind, unsigned int flags = kAllFlags,
+                                                     const std::string& argument = {}) const {
         return detail::TextOf(SectionBuffer(kind, flags, argument.c_str()));
     }
 
