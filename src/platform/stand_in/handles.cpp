@@ -40,7 +40,7 @@ int CountOpen(HandleKind kind) {
 
 void* OpenHandle(HandleKind kind, const HandleState& state) {
     const std::lock_guard lock(slotsMutex);
-    const auto slot = std::ranges::find(slots, HandleKind::None, &Slot::kind);
+    auto* const slot = std::ranges::find(slots, HandleKind::None, &Slot::kind);
     if (slot == slots.end()) {
         return nullptr;
     }

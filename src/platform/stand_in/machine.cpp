@@ -17,7 +17,8 @@ std::string BytesOf(DWORD number) {
     return bytes;
 }
 
-constexpr std::uint64_t megabyte = 1024 * 1024;
+constexpr std::uint64_t kilobyte = 1024;
+constexpr std::uint64_t megabyte = 1024 * kilobyte;
 
 }  // namespace
 
@@ -32,8 +33,9 @@ RegistryValue RegistryNumber(DWORD number) {
 
 VersionResource ProductVersion(const std::string& version, WORD language, WORD codePage) {
     char path[64];
-    std::snprintf(path, sizeof path, "\\StringFileInfo\\%04x%04x\\ProductVersion",
-                  static_cast<unsigned>(language), static_cast<unsigned>(codePage));
+    static_cast<void>(std::snprintf(path, sizeof path, "\\StringFileInfo\\%04x%04x\\ProductVersion",
+                                    static_cast<unsigned>(language),
+                                    static_cast<unsigned>(codePage)));
     const DWORD translation = static_cast<DWORD>(codePage) << 16 | language;
     VersionResource resource;
     resource.values = {{"\\VarFileInfo\\Translation", BytesOf(translation)},
@@ -63,16 +65,16 @@ Machine::Machine() {
     memory.ullAvailPhys = 10240 * megabyte;
     memory.ullTotalPageFile = 18944 * megabyte;
     memory.ullAvailPageFile = 12288 * megabyte;
-    memory.ullTotalVirtual = 134217728 * megabyte - 128 * 1024;
+    memory.ullTotalVirtual = 134217728 * megabyte - 128 * kilobyte;
     memory.ullAvailVirtual = 134213592 * megabyte;
 
     processMemory.PageFaultCount = 12345;
     processMemory.PeakWorkingSetSize = 48 * megabyte;
     processMemory.WorkingSetSize = 40 * megabyte;
-    processMemory.QuotaPeakPagedPoolUsage = 300 * 1024;
-    processMemory.QuotaPagedPoolUsage = 280 * 1024;
-    processMemory.QuotaPeakNonPagedPoolUsage = 24 * 1024;
-    processMemory.QuotaNonPagedPoolUsage = 20 * 1024;
+    processMemory.QuotaPeakPagedPoolUsage = 300 * kilobyte;
+    processMemory.QuotaPagedPoolUsage = 280 * kilobyte;
+    processMemory.QuotaPeakNonPagedPoolUsage = 24 * kilobyte;
+    processMemory.QuotaNonPagedPoolUsage = 20 * kilobyte;
     processMemory.PagefileUsage = 32 * megabyte;
     processMemory.PeakPagefileUsage = 36 * megabyte;
 

@@ -1,6 +1,6 @@
 #include "platform/stand_in/registry.h"
 
-#include <cstring>
+#include <algorithm>
 #include <string_view>
 
 #include "platform/stand_in/calls.h"
@@ -94,7 +94,7 @@ LSTATUS RegQueryValueExA(HKEY key, LPCSTR name, LPDWORD reserved, LPDWORD type, 
         return ERROR_MORE_DATA;
     }
     // A text that was stored without its NUL is handed out without one.
-    std::memcpy(data, bytes.data(), bytes.size());
+    std::copy(bytes.begin(), bytes.end(), static_cast<char*>(static_cast<void*>(data)));
     return ERROR_SUCCESS;
 }
 

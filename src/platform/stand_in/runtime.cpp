@@ -48,12 +48,12 @@ char* qb_support::_ctime64(const std::int64_t* time) {
     const std::chrono::year_month_day date(day);
     const std::chrono::hh_mm_ss clock(local - day);
     thread_local char text[64];
-    std::snprintf(text, sizeof text, "%s %s %02u %02d:%02d:%02d %04d\n",
-                  dayNames[std::chrono::weekday(day).c_encoding()],
-                  monthNames[static_cast<unsigned>(date.month()) - 1],
-                  static_cast<unsigned>(date.day()), static_cast<int>(clock.hours().count()),
-                  static_cast<int>(clock.minutes().count()),
-                  static_cast<int>(clock.seconds().count()), static_cast<int>(date.year()));
+    static_cast<void>(std::snprintf(
+        text, sizeof text, "%s %s %02u %02d:%02d:%02d %04d\n",
+        dayNames[std::chrono::weekday(day).c_encoding()],
+        monthNames[static_cast<unsigned>(date.month()) - 1], static_cast<unsigned>(date.day()),
+        static_cast<int>(clock.hours().count()), static_cast<int>(clock.minutes().count()),
+        static_cast<int>(clock.seconds().count()), static_cast<int>(date.year())));
     return text;
 }
 

@@ -79,7 +79,8 @@ BOOL GetMonitorInfoA(HMONITOR monitor, LPMONITORINFO info) {
     info->dwFlags = monitors[index].primary ? MONITORINFOF_PRIMARY : 0;
     if (info->cbSize == sizeof(MONITORINFOEXA)) {
         auto& named = static_cast<MONITORINFOEXA&>(*info);
-        std::snprintf(named.szDevice, sizeof named.szDevice, "\\\\.\\DISPLAY%zu", index + 1);
+        static_cast<void>(
+            std::snprintf(named.szDevice, sizeof named.szDevice, "\\\\.\\DISPLAY%zu", index + 1));
     }
     return TRUE;
 }

@@ -42,7 +42,7 @@ public:
         m_size = start + static_cast<DWORD>(size);
     }
 
-    DWORD Size() const { return m_size; }
+    [[nodiscard]] DWORD Size() const { return m_size; }
 
 private:
     char* m_memory;
