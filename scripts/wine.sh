@@ -2,9 +2,10 @@
 # shellcheck shell=bash disable=SC2154  # build_dir comes from setup.sh
 
 # No debug output, which also silences Debian's advice to install the 32-bit half; no offers to
-# download .NET and a browser engine; no menu entries on the developer's desktop.
+# download .NET and a browser engine; no menu entries on the developer's desktop; no debugger, so
+# that a crashed program ends at once and with a status of its own.
 export WINEDEBUG=-all
-export WINEDLLOVERRIDES='mscoree=;mshtml=;winemenubuilder.exe=d'
+export WINEDLLOVERRIDES='mscoree=;mshtml=;winemenubuilder.exe=d;winedbg.exe=d'
 
 # The prefix that the script uses Wine in; empty when it does not.
 wine_prefix=

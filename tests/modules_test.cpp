@@ -25,53 +25,34 @@ protected:
         "\n  WARNING: CreateToolhelp32Snapshot (of modules) failed with error ";
 };
 
-TEST_F(ModulesTest, OfTheHost) {
+TEST_F(ModulesTest, OfTheHostAndOfAnotherProcess) {
     m_machine.versionResources.erase("msvcrt.dll");
     EXPECT_EQ(GetModules(7, nullptr, ""),
-              "Modules\r\n-------\r\n"
-              "   C:/Tools/Viewer/viewer.exe  [3.2.1.0]\r\n"
+              "Modules\r\n-------\r\n   C:/Tools/Viewer/viewer.exe  [3.2.1.0]\r\n"
               "   C:/Windows/SYSTEM32/ntdll.dll  [10.0.19041.1288]\r\n"
               "   C:/Windows/System32/KERNEL32.DLL  [10.0.19041.1288]\r\n"
               "   C:/Windows/System32/USER32.dll  [10.0.19041.1202]\r\n"
-              "   C:/Windows/System32/msvcrt.dll  [Modul or version info not found!]\r\n"
-              "\r\n\r\n");
-}
-
-TEST_F(ModulesTest, OfAnotherProcess) {
+              "   C:/Windows/System32/msvcrt.dll  [Modul or version info not found!]\r\n\r\n\r\n");
     m_machine.processes.push_back({77, "explorer.exe", {{"second.exe", "C:\\second.exe"}}});
     EXPECT_EQ(GetModules(1, "explorer.exe", ""),
-              "Modules (explorer.exe)\r\n-------\r\n"
-              "C:/Windows/Explorer.EXE  [10.0.19041.1288]\r\n"
-              "C:/Windows/SYSTEM32/ntdll.dll  [10.0.19041.1288]\r\n"
-              "\r\n");
-    for (const char* const unknown : {"Explorer.exe", "explorer", "explorer.exe ", "missing.exe"}) {
+              "Modules (explorer.exe)\r\n-------\r\nC:/Windows/Explorer.EXE  [10.0.19041.1288]\r\n"
+              "C:/Windows/SYSTEM32/ntdll.dll  [10.0.19041.1288]\r\n\r\n");
+    for (const char* const unknown : {"Explorer.exe", "explorer", "explorer.exe "}) {
         EXPECT_EQ(GetModules(7, unknown, ""), std::nullopt) << unknown;
     }
 }
 
 TEST_F(ModulesTest, TriesAgainWhileTheProcessLoadsModules) {
-    constexpr auto kSnapshot = stand_in::PlatformCall::CreateToolhelp32Snapshot;
     m_host.modules = {{"viewer.exe", "viewer.exe"}};
     m_machine.badLengthAnswers = 99;
     EXPECT_EQ(GetModules(0, nullptr, ""), "viewer.exe  [3.2.1.0]\r\n\r\n");
-    EXPECT_EQ(stand_in::CallsMade(kSnapshot), 100U);
-    m_machine.badLengthAnswers = 1000;
-    EXPECT_EQ(GetModules(0, nullptr,
-                         m_snapshotFailed + "24 (The program issued a command but the command "
-                                            "length is incorrect)"),
-              "\r\n");
-    EXPECT_EQ(stand_in::CallsMade(kSnapshot), 200U);
+    EXPECT_EQ(stand_in::CallsMade(stand_in::PlatformCall::CreateToolhelp32Snapshot), 100U);
 }
 
 TEST_F(ModulesTest, WarningTexts) {
     const std::pair<std::string, std::string> rows[] = {
-        {"Access is denied.\r\n", "Access is denied"},
         {"Zugriff verweigert \xFC\xFF.\r\n", "Zugriff verweigert \xFC\xFF"},
-        {"One line.\nAnother line.\r\n", "One line"},
         {"With\ta tab. . \t.\x01rest", "With\ta tab"},
-        {"1.5 %1 \x7F", "1.5 %1 \x7F"},
-        {". .\t", ""},
-        {"\r\nlate", ""},
         {std::string(255, 'x'), std::string(255, 'x')},
     };
     m_host.snapshotError = static_cast<LONG>(0x80070005);
@@ -79,20 +60,13 @@ TEST_F(ModulesTest, WarningTexts) {
         m_machine.messages[0x80070005] = message;
         GetModules(0, nullptr, m_snapshotFailed + "-2147024891 (" + shown + ")");
     }
-    m_machine.messages.clear();
-    GetModules(0, nullptr, m_snapshotFailed + "-2147024891 ()");
 }
 
-TEST_F(ModulesTest, SingleModule) {
+TEST_F(ModulesTest, SingleModuleAndVersionResources) {
     m_machine.versionResources["C:\\Tools\\a.dll"] = ProductVersion("1.2.3.4 beta");
     EXPECT_EQ(GetInfo(QbSupportModule, 7, "C:\\Tools\\a.dll"),
               "   C:\\Tools\\a.dll  [1.2.3.4 beta]\r\n");
     EXPECT_EQ(GetInfo(QbSupportModule, 4), "     [Modul or version info not found!]\r\n");
-    m_machine.versionResources["a.dll"].readable = false;
-    EXPECT_EQ(GetInfo(QbSupportModule, 0, "a.dll"), "a.dll  [No version info!]\r\n");
-}
-
-TEST_F(ModulesTest, VersionResources) {
     using Values = std::vector<stand_in::VersionValue>;
     const std::string table = "\\VarFileInfo\\Translation";
     const std::string english("\x09\x04\xB0\x04", 4);
@@ -102,14 +76,9 @@ TEST_F(ModulesTest, VersionResources) {
     const std::string zero(1, '\0');
     const std::pair<Values, std::string> rows[] = {
         {ProductVersion("7.0", 0x0007, 0x0000).values, "7.0"},
-        {ProductVersion("").values, ""},
-        {{{version, "1.0" + zero}}, ""},
         {{{table, english.substr(0, 3)}, {version, "1.0" + zero}}, ""},
-        {{{table, english, 0}, {version, "1.0" + zero}}, ""},
         {{{table, english + german}, {germanVersion, "2.0"}, {version, "1.0" + zero}}, "1.0"},
-        {{{table, english}, {germanVersion, "2.0"}}, "Version info is not accessible!"},
-        // Without a terminator, at the end of the block or before something else.
-        {{{table, english}, {version, "1.2.3.4"}}, "1.2.3.4"},
+        // Without a terminator, before something else.
         {{{table, english}, {version, "1.2.3.4"}, {"\\Other", "other"}}, "1.2.3.4"},
     };
     for (const auto& [values, shown] : rows) {

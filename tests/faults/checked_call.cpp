@@ -85,6 +85,21 @@ CallOutcome CallAlone(int kind, unsigned flags, const char* argument, Allocation
     return outcome;
 }
 
+CallOutcome CallAlone(const Request& request, AllocationFault fault) {
+    return CallAlone(request.kind, request.flags, request.argument, fault);
+}
+
+std::vector<Request> EveryRequest(const std::vector<const char*>& arguments) {
+    std::vector<Request> requests;
+    for (int kind = 1; kind <= kLastKind; ++kind) {
+        for (const char* argument : arguments) {
+            requests.push_back({kind, 0, argument});
+            requests.push_back({kind, 7, argument});
+        }
+    }
+    return requests;
+}
+
 void* WatchedMalloc(std::size_t size) {
     return CountAndAllow(size) ? RealMalloc(size) : nullptr;
 }

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace faults {
 
@@ -28,6 +29,16 @@ CallOutcome Call(int kind, unsigned flags, const char* argument, AllocationFault
 
 // Besides: nothing is open, and no handle was misused. For one thread at a time.
 CallOutcome CallAlone(int kind, unsigned flags, const char* argument, AllocationFault fault = {});
+
+struct Request {
+    int kind;
+    unsigned flags;
+    const char* argument;
+};
+CallOutcome CallAlone(const Request& request, AllocationFault fault = {});
+
+// Every kind without and with all flags, with each of the arguments.
+std::vector<Request> EveryRequest(const std::vector<const char*>& arguments);
 
 // Runs before each of the library's allocations, null for nothing: what the world does between two
 // platform calls.

@@ -47,25 +47,18 @@ stand_in::Machine LargeMachine() {
     return machine;
 }
 
-enum class Caller { MainThread, NewThread };
-
-CallOutcome CallFrom(Caller caller, int kind, unsigned flags, const char* argument,
-                     AllocationFault fault) {
-    if (caller == Caller::MainThread) {
-        return CallAlone(kind, flags, argument, fault);
-    }
-    CallOutcome outcome;
-    std::thread([&] { outcome = CallAlone(kind, flags, argument, fault); }).join();
-    return outcome;
-}
-
 // Fails one allocation after the other until a call has no more. Returns how many failed.
-std::size_t FailEachAllocation(Caller caller, bool onlyOnce, int kind, unsigned flags,
-                               const char* argument) {
-    const CallOutcome whole = CallAlone(kind, flags, argument);
+std::size_t FailEachAllocation(const Request& request, bool onlyOnce, bool onNewThread) {
+    const CallOutcome whole = CallAlone(request);
     for (std::size_t number = 1;; ++number) {
         const AllocationFault fault{number, onlyOnce ? number : SIZE_MAX};
-        const CallOutcome outcome = CallFrom(caller, kind, flags, argument, fault);
+        CallOutcome outcome;
+        const auto call = [&] { outcome = CallAlone(request, fault); };
+        if (onNewThread) {
+            std::thread(call).join();
+        } else {
+            call();
+        }
         EXPECT_EQ(outcome.violations, "") << "allocation " << number;
         if (outcome.allocations < number) {
             EXPECT_EQ(outcome.text, whole.text) << "without a failed allocation";
@@ -80,18 +73,12 @@ TEST(MemoryFaults, EveryFailedAllocationFailsTheCall) {
     const stand_in::ScopedMachine scope(LargeMachine());
     const std::string large = "C:\\" + std::string(3000, 'a') + "\\";
     std::size_t failed = 0;
-    for (int kind = 1; kind <= kLastKind; ++kind) {
-        for (const unsigned flags : {0U, 7U}) {
-            for (const char* argument : {"", "viewer.exe", large.c_str()}) {
-                for (const bool onlyOnce : {true, false}) {
-                    for (const Caller caller : {Caller::MainThread, Caller::NewThread}) {
-                        SCOPED_TRACE(testing::Message()
-                                     << "kind " << kind << ", flags " << flags << ", argument "
-                                     << std::string(argument).substr(0, 20));
-                        failed += FailEachAllocation(caller, onlyOnce, kind, flags, argument);
-                    }
-                }
-            }
+    for (const Request& request : EveryRequest({"", "viewer.exe", large.c_str()})) {
+        SCOPED_TRACE(testing::Message() << "kind " << request.kind << ", flags " << request.flags
+                                        << ", argument " << request.argument);
+        for (const bool onlyOnce : {true, false}) {
+            failed += FailEachAllocation(request, onlyOnce, false);
+            failed += FailEachAllocation(request, onlyOnce, true);
         }
     }
     std::printf("Tried: %zu failed allocations\n", failed);

@@ -13,31 +13,17 @@
 namespace faults {
 namespace {
 
-struct Request {
-    int kind;
-    unsigned flags;
-    const char* argument;
-    std::optional<std::string> text;
-};
-
-std::vector<Request> EveryRequest() {
-    std::vector<Request> requests;
-    for (int kind = 1; kind <= kLastKind; ++kind) {
-        for (const unsigned flags : {0U, 7U}) {
-            for (const char* argument : {"", "HOME", "explorer.exe", "ntdll.dll", "C:\\Windows"}) {
-                requests.push_back({kind, flags, argument, CallAlone(kind, flags, argument).text});
-            }
-        }
-    }
-    return requests;
-}
-
 TEST(Threads, EachCallGetsTheTextItGetsAlone) {
     stand_in::Machine machine;
     machine.environment["HOME"] = "C:\\Users\\ann";
     machine.monitors.resize(12, machine.monitors.front());
     const stand_in::ScopedMachine scope(machine);
-    const std::vector<Request> requests = EveryRequest();
+    const std::vector<Request> requests =
+        EveryRequest({"", "HOME", "explorer.exe", "ntdll.dll", "C:\\Windows"});
+    std::vector<std::optional<std::string>> texts;
+    for (const Request& request : requests) {
+        texts.push_back(CallAlone(request).text);
+    }
 
     constexpr std::size_t kThreads = 8;
     constexpr std::size_t kRounds = 20;
@@ -48,10 +34,11 @@ TEST(Threads, EachCallGetsTheTextItGetsAlone) {
         threads.emplace_back([&, thread] {
             for (std::size_t i = 0; i < kRounds * requests.size(); ++i) {
                 // Half of the threads make the same calls at the same time, the others do not.
-                const Request& request = requests[(i + thread / 2 * 61) % requests.size()];
-                const CallOutcome outcome = Call(request.kind, request.flags, request.argument);
+                const std::size_t number = (i + thread / 2 * 61) % requests.size();
+                const auto& [kind, flags, argument] = requests[number];
+                const CallOutcome outcome = Call(kind, flags, argument);
                 ++calls;
-                differences += outcome.text != request.text || !outcome.violations.empty();
+                differences += outcome.text != texts[number] || !outcome.violations.empty();
             }
         });
     }

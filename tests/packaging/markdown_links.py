@@ -12,13 +12,10 @@ LINK = re.compile(r"\]\(([^)\s]*)\)")
 
 def anchors(page):
     """The anchors that a page's headings get, as the usual viewers make them."""
-    found = set()
     text = re.sub(r"^```.*?^```", "", page.read_text(), flags=re.DOTALL | re.MULTILINE)
-    for heading in re.findall(r"^#+ +(.*)$", text, re.MULTILINE):
-        words = re.sub(r"\]\([^)]*\)", "", heading).lower()
-        anchor = re.sub(r"[^\w\- ]", "", words).strip().replace(" ", "-")
-        found.add(anchor)
-    return found
+    headings = re.findall(r"^#+ +(.*)$", text, re.MULTILINE)
+    words = (re.sub(r"\]\([^)]*\)", "", heading).lower() for heading in headings)
+    return {re.sub(r"[^\w\- ]", "", word).strip().replace(" ", "-") for word in words}
 
 
 def is_broken(page, link):
@@ -29,11 +26,8 @@ def is_broken(page, link):
     return not path.exists() or (anchor != "" and anchor not in anchors(path))
 
 
-pages = [
-    page
-    for page in sorted(FOLDER.rglob("*.md"))
-    if page.relative_to(FOLDER).parts[0] not in NOT_OURS
-]
+everything = sorted(FOLDER.rglob("*.md"))
+pages = [page for page in everything if page.relative_to(FOLDER).parts[0] not in NOT_OURS]
 broken = [
     f"{page.relative_to(FOLDER)}: {link}"
     for page in pages

@@ -10,31 +10,16 @@ Type* At(void* module, DWORD offset) {
     return reinterpret_cast<Type*>(static_cast<char*>(module) + offset);
 }
 
-template <typename Function>
-void Find(HMODULE module, const char* name, Function*& function) {
-    function = reinterpret_cast<Function*>(reinterpret_cast<void*>(GetProcAddress(module, name)));
-}
-
-// Wine would start a debugger for minutes and then report success.
-LONG WINAPI EndCrashedProgram(EXCEPTION_POINTERS* crash) {
-    std::printf("crashed with %lx\n", crash->ExceptionRecord->ExceptionCode);
-    std::fflush(stdout);
-    TerminateProcess(GetCurrentProcess(), 3);
-    return EXCEPTION_EXECUTE_HANDLER;
-}
-
 }  // namespace
 
 Library::Library() {
-    SetUnhandledExceptionFilter(EndCrashedProgram);
     const HMODULE loaded = LoadLibraryA((ProgramDirectory() + "QBSUPPORT.dll").c_str());
-    if (loaded == nullptr) {
-        std::printf("QBSUPPORT.dll does not load: error %lu\n", GetLastError());
-        std::exit(1);
-    }
+    const auto find = [loaded](const char* name) {
+        return reinterpret_cast<void*>(GetProcAddress(loaded, name));
+    };
     module = loaded;
-    Find(loaded, "QbSupportGetInfo", getInfo);
-    Find(loaded, "QbSupportReleaseBuffer", release);
+    getInfo = reinterpret_cast<decltype(getInfo)>(find("QbSupportGetInfo"));
+    release = reinterpret_cast<decltype(release)>(find("QbSupportReleaseBuffer"));
 }
 
 Library::~Library() {
@@ -57,20 +42,11 @@ std::optional<std::string> Library::Report(int kind, unsigned int flags,
 }
 
 const char* ArgumentFor(int kind) {
-    switch (kind) {
-        case 10:
-            return "C:\\windows\\system32";
-        case 11:
-        case 12:
-        case 13:
-            return "Software";
-        case 15:
-            return "PATH";
-        case 17:
-            return "QBSUPPORT.dll";
-        default:
-            return nullptr;
-    }
+    return kind == 10                 ? "C:\\windows\\system32"
+           : kind >= 11 && kind <= 13 ? "Software"
+           : kind == 15               ? "PATH"
+           : kind == 17               ? "QBSUPPORT.dll"
+                                      : nullptr;
 }
 
 std::string ProgramDirectory() {
@@ -80,27 +56,33 @@ std::string ProgramDirectory() {
     return program.substr(0, program.rfind('\\') + 1);
 }
 
-void Import::ReplaceBy(void* function) const {
-    DWORD protection = 0;
-    VirtualProtect(slot, sizeof(*slot), PAGE_READWRITE, &protection);
-    *slot = function;
-    VirtualProtect(slot, sizeof(*slot), protection, &protection);
+std::string Output(const std::string& program, const std::string& arguments) {
+    const std::string command = "\"\"" + ProgramDirectory() + program + "\" " + arguments + "\"";
+    std::string output;
+    if (FILE* const pipe = _popen(command.c_str(), "rb")) {
+        for (int character = std::fgetc(pipe); character != EOF; character = std::fgetc(pipe)) {
+            output += static_cast<char>(character);
+        }
+        EXPECT_EQ(_pclose(pipe), 0);
+    }
+    return output;
 }
 
-std::vector<Import> ImportsOf(void* module) {
+void Library::ForEachImport(const std::function<void(const char*, void*&)>& visit) const {
     const auto* const headers =
         At<IMAGE_NT_HEADERS>(module, static_cast<DWORD>(At<IMAGE_DOS_HEADER>(module, 0)->e_lfanew));
     const DWORD table =
         headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
-    std::vector<Import> imports;
     for (auto* library = At<IMAGE_IMPORT_DESCRIPTOR>(module, table); library->Name != 0;
          ++library) {
         const auto* name = At<IMAGE_THUNK_DATA>(module, library->OriginalFirstThunk);
         auto* slot = At<void*>(module, library->FirstThunk);
         for (; name->u1.AddressOfData != 0; ++name, ++slot) {
             const auto offset = static_cast<DWORD>(name->u1.AddressOfData);
-            imports.push_back({At<IMAGE_IMPORT_BY_NAME>(module, offset)->Name, slot});
+            DWORD protection = 0;
+            VirtualProtect(slot, sizeof(*slot), PAGE_READWRITE, &protection);
+            visit(At<IMAGE_IMPORT_BY_NAME>(module, offset)->Name, *slot);
+            VirtualProtect(slot, sizeof(*slot), protection, &protection);
         }
     }
-    return imports;
 }

@@ -2,14 +2,14 @@
 #ifndef QBSUPPORT_TESTS_WINDOWS_LIBRARY_H
 #define QBSUPPORT_TESTS_WINDOWS_LIBRARY_H
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
 constexpr int kLastKind = 20;
-constexpr int kReservedKind = 19;
 
-// QBSUPPORT.dll beside the program, loaded as long as this lives. Without it the program ends.
+// QBSUPPORT.dll beside the program, loaded as long as this lives.
 class Library {
 public:
     Library();
@@ -20,6 +20,9 @@ public:
     // The section's text, or nothing when the call failed; the out-pointer must then be untouched.
     std::optional<std::string> Report(int kind, unsigned int flags,
                                       const char* argument = nullptr) const;
+
+    // Visits the functions that the library calls through its import table, to replace them.
+    void ForEachImport(const std::function<void(const char* name, void*& slot)>& visit) const;
 
     void* module;
     int (*getInfo)(int kind, unsigned int flags, char** buffer, const char* argument);
@@ -32,14 +35,7 @@ const char* ArgumentFor(int kind);
 // The directory of the running program, with its closing backslash.
 std::string ProgramDirectory();
 
-// One function that a loaded module calls through its import table.
-struct Import {
-    std::string name;
-    void** slot;
-
-    void ReplaceBy(void* function) const;
-};
-
-std::vector<Import> ImportsOf(void* module);
+// What the program there writes to its standard output.
+std::string Output(const std::string& program, const std::string& arguments);
 
 #endif

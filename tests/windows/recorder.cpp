@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <map>
-#include <type_traits>
+#include <string_view>
 
 #include "library.h"
 #include "platform/stand_in/kernel.h"
@@ -39,27 +39,19 @@ void RealFree(void* block) {
     std::free(block);
 }
 
-int yesAnswer = 1;
+std::string* recording = nullptr;
 
-namespace {
-
-Recorder* recorder = nullptr;
-
-template <typename Number>
-std::string Digits(Number number) {
+std::string Digits(unsigned long long number) {
     char text[32];
-    const auto wide = static_cast<unsigned long long>(number);
-    std::snprintf(text, sizeof(text), wide > 0xFFFF ? "0x%llX" : "%llu", wide);
+    std::snprintf(text, sizeof(text), number > 0xFFFF ? "0x%llX" : "%llu", number);
     return text;
 }
 
-std::string Size(DWORD size) {
-    return "size " + Digits(size);
-}
+namespace {
 
 // Every field that is set.
 std::string ShowVersion(OSVERSIONINFOEXA record) {
-    std::string text = Size(record.dwOSVersionInfoSize);
+    std::string text = "size " + Digits(record.dwOSVersionInfoSize);
     record.dwOSVersionInfoSize = 0;
     const auto take = [&text](const char* name, auto& field) {
         text += field != 0 ? name + Digits(field) : "";
@@ -75,20 +67,13 @@ std::string ShowVersion(OSVERSIONINFOEXA record) {
     return text + (std::memcmp(&record, &zero, sizeof(zero)) == 0 ? "" : " and more");
 }
 
-std::string ShowMonitor(const MONITORINFO& record) {
-    const MONITORINFOEXA zero{};
-    const bool isZero = std::memcmp(&record.rcMonitor, &zero.rcMonitor,
-                                    sizeof(zero) - offsetof(MONITORINFO, rcMonitor)) == 0;
-    return Size(record.cbSize) + (isZero ? "" : " not zeroed");
-}
-
 // How a parameter is written down.
 template <typename Type>
 std::string Show(Type value) {
     if constexpr (std::is_same_v<Type, LPARAM>) {
         return "given";  // an address
     } else if constexpr (std::is_integral_v<Type>) {
-        return Digits(value);
+        return Digits(static_cast<unsigned long long>(value));
     } else if constexpr (std::is_same_v<Type, HKEY>) {
         return value == HKEY_LOCAL_MACHINE ? "HKLM" : value == HKEY_CURRENT_USER ? "HKCU" : "key";
     } else if (value == nullptr) {
@@ -99,14 +84,14 @@ std::string Show(Type value) {
         return Digits(*value);
     } else if constexpr (std::is_same_v<Type, OSVERSIONINFOEXA*>) {
         return ShowVersion(*value);
-    } else if constexpr (std::is_same_v<Type, MONITORINFO*>) {
-        return ShowMonitor(*value);
     } else if constexpr (requires { value->dwSize; }) {
-        return Size(value->dwSize);
+        return "size " + Digits(value->dwSize);
     } else if constexpr (requires { value->dwLength; }) {
-        return Size(value->dwLength);
+        return "size " + Digits(value->dwLength);
+    } else if constexpr (requires { value->cbSize; }) {
+        return "size " + Digits(value->cbSize);
     } else if constexpr (requires { value->cb; }) {
-        return Size(value->cb);
+        return "size " + Digits(value->cb);
     } else if constexpr (std::is_same_v<Type, HANDLE>) {
         return value == INVALID_HANDLE_VALUE ? "-1" : "given";
     } else {
@@ -116,32 +101,12 @@ std::string Show(Type value) {
 
 template <typename... Parameters>
 void Record(const char* name, Parameters... parameters) {
-    if (recorder == nullptr) {
-        return;
+    if (recording != nullptr) {
+        [[maybe_unused]] const char* separator = "";
+        *recording += std::string(name) + '(';
+        ((*recording += separator + Show(parameters), separator = ", "), ...);
+        *recording += ")\n";
     }
-    std::string line(name);
-    line += '(';
-    [[maybe_unused]] const char* separator = "";
-    ((line += separator + Show(parameters), separator = ", "), ...);
-    recorder->Add(line + ')');
-}
-
-// A function with the stand-in function's own type that writes the call down first. The name comes
-// from a table, since a template cannot take it.
-template <auto Function>
-struct Recorded;
-
-template <typename Result, typename... Parameters, Result (*Function)(Parameters...)>
-struct Recorded<Function> {
-    inline static const char* name = nullptr;
-    static Result Call(Parameters... parameters) {
-        Record(name, parameters...);
-        return Function(parameters...);
-    }
-};
-
-BOOL Verify(OSVERSIONINFOEXA* probe, DWORD typeBits, DWORDLONG conditions) {
-    return VerifyVersionInfoA(probe, typeBits, conditions) != FALSE ? yesAnswer : FALSE;
 }
 
 template <typename Function>
@@ -149,69 +114,64 @@ void* Address(Function* function) {
     return reinterpret_cast<void*>(function);
 }
 
-template <auto Function>
-std::pair<const std::string, void*> Entry(const char* name) {
-    Recorded<Function>::name = name;
-    return {name, Address(Recorded<Function>::Call)};
+template <std::size_t kSize>
+struct Name {
+    char text[kSize];
+    consteval Name(const char (&letters)[kSize]) { std::copy_n(letters, kSize, text); }
+};
+
+// A function of the same type that writes the call down first.
+template <Name kName, typename Result, typename... Parameters>
+void* Recorded(Result (*function)(Parameters...)) {
+    static Result (*wrapped)(Parameters...) = function;
+    return Address(+[](Parameters... parameters) -> Result {
+        Record(kName.text, parameters...);
+        return wrapped(parameters...);
+    });
 }
 
-// The same for a function that is looked up by name; `found` is the stand-in's.
-template <typename Type>
-struct Named;
-
-template <typename Result, typename... Parameters>
-struct Named<Result(Parameters...)> {
-    inline static const char* name = nullptr;
-    inline static Result (*found)(Parameters...) = nullptr;
-
-    static Result Call(Parameters... parameters) {
-        Record(name, parameters...);
-        return found(parameters...);
+template <Name kName, typename Type>
+void RecordIfNamed(std::string_view name, FARPROC& function) {
+    if (name == kName.text) {
+        auto* const found = reinterpret_cast<Type*>(Address(function));
+        function = reinterpret_cast<FARPROC>(Recorded<kName>(found));
     }
-
-    static void Replace(const char* wanted, const char* ownName, FARPROC& function) {
-        if (std::strcmp(wanted, ownName) == 0) {
-            name = ownName;
-            found = reinterpret_cast<Result (*)(Parameters...)>(reinterpret_cast<void*>(function));
-            function = reinterpret_cast<FARPROC>(Address(Call));
-        }
-    }
-};
+}
 
 FARPROC FindProcedure(HMODULE module, const char* name) {
     Record("GetProcAddress", name);
     FARPROC function = GetProcAddress(module, name);
-    if (recorder != nullptr && function != nullptr) {
-        Named<void(SYSTEM_INFO*)>::Replace(name, "GetNativeSystemInfo", function);
-        Named<BOOL(DWORD, DWORD, DWORD, DWORD, DWORD*)>::Replace(name, "GetProductInfo", function);
-        Named<BOOL(HANDLE, PROCESS_MEMORY_COUNTERS*, DWORD)>::Replace(name, "GetProcessMemoryInfo",
-                                                                      function);
-        Named<BOOLEAN(int, char*, ULONG*)>::Replace(name, "GetUserNameExA", function);
+    if (recording != nullptr && function != nullptr) {
+        RecordIfNamed<"GetNativeSystemInfo", void(SYSTEM_INFO*)>(name, function);
+        RecordIfNamed<"GetProductInfo", BOOL(DWORD, DWORD, DWORD, DWORD, DWORD*)>(name, function);
+        RecordIfNamed<"GetProcessMemoryInfo", BOOL(HANDLE, PROCESS_MEMORY_COUNTERS*, DWORD)>(
+            name, function);
+        RecordIfNamed<"GetUserNameExA", BOOLEAN(int, char*, ULONG*)>(name, function);
     }
     return function;
 }
 
 std::map<std::string, void*> StandInFunctions() {
 // clang-format off
-#define ENTRY(function) Entry<function>(#function)
-#define RUNTIME_ENTRY(function) Entry<qb_support::function>(#function)
+#define ENTRY(function) {#function, Recorded<#function>(function)}
+#define RUNTIME_ENTRY(function) {#function, Recorded<#function>(qb_support::function)}
     return {
         ENTRY(CloseHandle), ENTRY(CreateToolhelp32Snapshot), ENTRY(EnumDisplayMonitors),
         ENTRY(FormatMessageA), ENTRY(GetCurrentDirectoryA), ENTRY(GetCurrentProcess),
         ENTRY(GetCurrentProcessId), ENTRY(GetDC), ENTRY(GetDeviceCaps), ENTRY(GetFileAttributesA),
-        ENTRY(GetFileVersionInfoA), ENTRY(GetFileVersionInfoSizeA), ENTRY(GetLastError),
-        ENTRY(GetLocaleInfoA), ENTRY(GetModuleFileNameA), ENTRY(GetModuleHandleA),
-        ENTRY(GetMonitorInfoA), ENTRY(GetSystemDefaultLangID), ENTRY(GetSystemDirectoryA),
-        ENTRY(GetSystemInfo), ENTRY(GetSystemMetrics), ENTRY(GetTempPathA),
-        ENTRY(GetTimeZoneInformation), ENTRY(GetWindowsDirectoryA), ENTRY(GlobalMemoryStatusEx),
-        ENTRY(LoadLibraryA), ENTRY(Module32First), ENTRY(Module32Next), ENTRY(Process32First),
-        ENTRY(Process32Next), ENTRY(RegCloseKey), ENTRY(RegOpenKeyExA), ENTRY(RegQueryValueExA),
-        ENTRY(ReleaseDC), ENTRY(VerLanguageNameA), ENTRY(VerQueryValueA),
-        ENTRY(VerSetConditionMask), RUNTIME_ENTRY(_ctime64), RUNTIME_ENTRY(_time64),
+        ENTRY(GetFileVersionInfoA), ENTRY(GetFileVersionInfoSizeA), ENTRY(GetLocaleInfoA),
+        ENTRY(GetModuleFileNameA), ENTRY(GetModuleHandleA), ENTRY(GetMonitorInfoA),
+        ENTRY(GetSystemDefaultLangID), ENTRY(GetSystemDirectoryA), ENTRY(GetSystemInfo),
+        ENTRY(GetSystemMetrics), ENTRY(GetTempPathA), ENTRY(GetTimeZoneInformation),
+        ENTRY(GetWindowsDirectoryA), ENTRY(GlobalMemoryStatusEx), ENTRY(LoadLibraryA),
+        ENTRY(Module32First), ENTRY(Module32Next), ENTRY(Process32First), ENTRY(Process32Next),
+        ENTRY(RegCloseKey), ENTRY(RegOpenKeyExA), ENTRY(RegQueryValueExA), ENTRY(ReleaseDC),
+        ENTRY(VerLanguageNameA), ENTRY(VerQueryValueA), ENTRY(VerSetConditionMask),
+        ENTRY(VerifyVersionInfoA), RUNTIME_ENTRY(_ctime64), RUNTIME_ENTRY(_time64),
         RUNTIME_ENTRY(_tzset), RUNTIME_ENTRY(getenv), RUNTIME_ENTRY(setlocale),
-        Entry<Verify>("VerifyVersionInfoA"), {"GetProcAddress", Address(FindProcedure)},
-        {"malloc", Address(WatchedMalloc)}, {"calloc", Address(WatchedCalloc)},
-        {"free", Address(WatchedFree)},
+        {"GetProcAddress", Address(FindProcedure)},
+        {"GetLastError", Address(GetLastError)}, {"malloc", Address(WatchedMalloc)},
+        {"calloc", Address(WatchedCalloc)}, {"free", Address(WatchedFree)},
     };
 #undef ENTRY
 #undef RUNTIME_ENTRY
@@ -221,15 +181,14 @@ std::map<std::string, void*> StandInFunctions() {
 struct StandInLibrary : Library {
     StandInLibrary() {
         const auto functions = StandInFunctions();
-        for (const Import& import : ImportsOf(module)) {
-            const auto function = functions.find(import.name);
+        ForEachImport([this, &functions](const char* name, void*& slot) {
+            const auto function = functions.find(name);
             if (function != functions.end()) {
-                import.ReplaceBy(function->second);
+                slot = function->second;
             } else {
-                leftAlone.push_back(import.name);
+                leftAlone.emplace_back(name);
             }
-        }
-        std::ranges::sort(leftAlone);
+        });
     }
 
     std::vector<std::string> leftAlone;
@@ -241,14 +200,6 @@ const StandInLibrary& TheLibrary() {
 }
 
 }  // namespace
-
-Recorder::Recorder() {
-    recorder = this;
-}
-
-Recorder::~Recorder() {
-    recorder = nullptr;
-}
 
 const std::vector<std::string>& ImportsLeftAlone() {
     return TheLibrary().leftAlone;

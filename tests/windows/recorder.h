@@ -7,25 +7,13 @@
 #include <string>
 #include <vector>
 
-// Writes down every platform call with its parameters while it lives, one line a call: numbers up
-// to 65,535 in decimal, larger ones in hexadecimal; what lies behind pointers to texts and numbers,
-// the size field of a record, and "given" for other pointers.
-class Recorder {
-public:
-    Recorder();
-    Recorder(const Recorder&) = delete;
-    Recorder& operator=(const Recorder&) = delete;
-    ~Recorder();
+// Where every platform call is written down with its parameters, one line a call; null for nowhere.
+// Shown are numbers; what lies behind pointers to texts and numbers; the size field of a record;
+// and "given" for other pointers. GetLastError is left out: it may be asked as often as is handy.
+extern std::string* recording;
 
-    [[nodiscard]] const std::vector<std::string>& Calls() const { return m_calls; }
-    void Add(std::string call) { m_calls.push_back(std::move(call)); }
-
-private:
-    std::vector<std::string> m_calls;
-};
-
-// The answer that stands for yes in version questions; any but 0 may.
-extern int yesAnswer;
+// Up to 65,535 in decimal, larger ones in hexadecimal.
+std::string Digits(unsigned long long number);
 
 // The library's imports that do not lead to the stand-in.
 const std::vector<std::string>& ImportsLeftAlone();
