@@ -3,6 +3,7 @@
 
 #include "bench.h"
 #include "os/version_tests.h"
+#include "platform/named_function.h"
 #include "platform/registry_key.h"
 #include "platform/screen_device_context.h"
 #include "platform/snapshot.h"

@@ -6,6 +6,7 @@
 
 #include "bench.h"
 #include "os/version_tests.h"
+#include "platform/named_function.h"
 #include "platform/registry_key.h"
 #include "platform/snapshot.h"
 #include "platform/system_info.h"

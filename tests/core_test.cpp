@@ -68,7 +68,7 @@ TEST(TextTest, MovesAndFails) {
     EXPECT_TRUE(Text(std::move(failed)).Failed());
 }
 
-class CoreTest : public MachineTest {};
+class CoreTest : public DescribedMachineTest {};
 
 TEST_F(CoreTest, BannerIsTheSameUnderEveryFlagButTheSeparator) {
     const std::string banner =

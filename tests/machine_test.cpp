@@ -12,9 +12,9 @@ using qb_support::Text;
 
 namespace {
 
-class ComputerTest : public MachineTest {};
+class MachineTest : public DescribedMachineTest {};
 
-TEST_F(ComputerTest, HardwareAndMemory) {
+TEST_F(MachineTest, HardwareAndMemory) {
     m_machine.localMachine.at("HARDWARE\\DESCRIPTION\\System\\CentralProcessor\\0")
         .values["VendorIdentifier"] = {REG_BINARY, std::string("GenuineIntel\0ignored", 20)};
     m_machine.available.getNativeSystemInfo = false;
@@ -54,7 +54,7 @@ TEST(DigitGroupingTest, Sizes) {
     }
 }
 
-TEST_F(ComputerTest, Display) {
+TEST_F(MachineTest, Display) {
     m_machine.monitors = {{{0, 0, 1920, 1080}, true}, {{-1280, 56, 0, 1080}}};
     m_machine.systemMetrics = {{SM_CXVIRTUALSCREEN, 3200}, {SM_CYVIRTUALSCREEN, 1080}};
     m_machine.deviceCaps = {{LOGPIXELSX, 100}, {LOGPIXELSY, 120}};
@@ -79,7 +79,7 @@ TEST_F(ComputerTest, Display) {
               "Pixels Per Inch x: -100\r\n\r\n");
 }
 
-TEST_F(ComputerTest, UserName) {
+TEST_F(MachineTest, UserName) {
     EXPECT_EQ(GetInfo(QbSupportUserName, 7),
               "User Name\r\n---------\r\n   User name:         [WORKSTATION\\ann]\n"
               "   User display name: [Ann Example]\n\n\r\n");
@@ -89,7 +89,7 @@ TEST_F(ComputerTest, UserName) {
               "User name:         [ERROR]\nUser display name: [" + std::string(1023, 'x') + "]\n");
 }
 
-TEST_F(ComputerTest, SystemDirectories) {
+TEST_F(MachineTest, SystemDirectories) {
     EXPECT_EQ(GetInfo(QbSupportSystemDirectories, 7),
               "System directories\r\n------------------\r\n"
               "   System:      [C:/Windows/system32] (DIR:RW)\n"
@@ -115,7 +115,7 @@ TEST_F(ComputerTest, SystemDirectories) {
     EXPECT_EQ(qb_support::GetExecutablePath().View(), std::string(1022, '/'));
 }
 
-TEST_F(ComputerTest, ApplicationDirectoryAndAttributes) {
+TEST_F(MachineTest, ApplicationDirectoryAndAttributes) {
     char argument[] = "C:\\Tools\\Viewer";
     EXPECT_EQ(GetInfo(QbSupportAppDirectory, 7, argument),
               "   App:         [C:/Tools/Viewer] (DIR:RW)\n");
@@ -137,7 +137,7 @@ TEST_F(ComputerTest, ApplicationDirectoryAndAttributes) {
     EXPECT_EQ(textOf(0xFFFFFFFF), "N/A");
 }
 
-TEST_F(ComputerTest, RegistryKeysAndTheirWidestAccess) {
+TEST_F(MachineTest, RegistryKeysAndTheirWidestAccess) {
     const char key[] = "Software\\Example\\Viewer";
     m_machine.currentUser[key] = {};
     m_machine.localMachine[key] = {KEY_READ};

@@ -9,7 +9,7 @@ using stand_in::ProductVersion;
 
 namespace {
 
-class ModulesTest : public MachineTest {
+class ModulesTest : public DescribedMachineTest {
 protected:
     // The Modules section; checks what it writes to standard output.
     static std::optional<std::string> GetModules(unsigned flags, const char* process,

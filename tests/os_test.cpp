@@ -18,7 +18,7 @@ using stand_in::RegistryValue;
 
 namespace {
 
-class OsTest : public MachineTest {
+class OsTest : public DescribedMachineTest {
 protected:
     auto& Values() { return m_machine.localMachine.at(qb_support::kCurrentVersionKey).values; }
 
@@ -215,7 +215,7 @@ TEST_F(OsTest, RegistryValues) {
     EXPECT_FALSE(qb_support::ReadRegistryString("Missing", "cut", text));
 }
 
-class VersionTestsTest : public MachineTest {
+class VersionTestsTest : public DescribedMachineTest {
 protected:
     static std::uint64_t QuestionsAsked() {
         const std::uint64_t questions =

@@ -15,7 +15,7 @@
 std::optional<std::string> GetInfo(int kind, unsigned flags, const char* argument = nullptr);
 
 // A test on a machine of its own, which is at first the default one.
-class MachineTest : public testing::Test {
+class DescribedMachineTest : public testing::Test {
 private:
     stand_in::ScopedMachine m_scope;
 

@@ -21,24 +21,27 @@ constexpr Category kCategories[] = {
 
 constexpr int kValueSize = 1024;
 
+using ValueBuffer = char[kValueSize];
+
+Text ValueText(const ValueBuffer& value, bool isWhole) {
+    return isWhole ? Text(BufferText(value)) : Text();
+}
+
 Text SystemLanguageName() {
-    char name[kValueSize] = {};
-    if (VerLanguageNameA(GetSystemDefaultLangID(), name, kValueSize) == 0) {
-        return Text();
-    }
-    return Text(BufferText(name));
+    ValueBuffer name = {};
+    const DWORD length = VerLanguageNameA(GetSystemDefaultLangID(), name, kValueSize);
+    return ValueText(name, length > 0 && length < kValueSize);
 }
 
 }  // namespace
 
 Text QueryLocaleValue(LCTYPE lctype) {
     const int needed = GetLocaleInfoA(LOCALE_USER_DEFAULT, lctype, nullptr, 0);
-    char value[kValueSize] = {};
+    ValueBuffer value = {};
     const int offered = std::clamp(needed, 0, kValueSize);
     const int written = GetLocaleInfoA(LOCALE_USER_DEFAULT, lctype, value, offered);
     // Offered nothing, the platform writes nothing and tells the size once more.
-    const bool isWhole = offered > 0 && offered == needed && written > 0;
-    return isWhole ? Text(BufferText(value)) : Text();
+    return ValueText(value, offered > 0 && offered == needed && written > 0);
 }
 
 bool CQbSupport::GetLocaleSectionInfo(Text& result) {

@@ -30,7 +30,7 @@ void AppendHexadecimal(Text& text, WORD number) {
 }
 
 // How far it is from a value to the block's end. For a value that lies outside the block, which no
-// system is known to hand out, the distance wraps around and bounds nothing.
+// system is known to hand out, the distance is too large and bounds nothing.
 std::size_t RoomAt(const VersionBlock& block, const void* value) {
     const auto end = reinterpret_cast<std::uintptr_t>(block.words.Data()) + block.size;
     return end - reinterpret_cast<std::uintptr_t>(value);

@@ -1,4 +1,4 @@
-// A platform whose data is odd, huge or untrue: the text that is stated where there is one, and
+// A platform whose data is odd, huge or untrue: the exact text where one is expected, and
 // always a whole text or none.
 #include <gtest/gtest.h>
 

@@ -18,10 +18,13 @@ TITLES = b"Date and Time|Operating System|Uname|User Name|Locale|Hardware|Memory
     b"|Registry:|Application|Modules|Limits:|Display"
 
 
-def run(*arguments, program=PRODUCT / PROGRAM, stdout=subprocess.PIPE, directory=None):
+def run(*arguments, program=PRODUCT / PROGRAM, stdout=subprocess.PIPE, directory=None, limit=None):
     launcher = ["wine"] if ON_WINDOWS else []
+    if limit is not None:
+        launcher = ["prlimit", f"--fsize={limit}"]
     return subprocess.run([*launcher, program, *arguments], stdout=stdout, stderr=subprocess.PIPE,
-                          stdin=subprocess.DEVNULL, cwd=directory, timeout=120)
+                          stdin=subprocess.DEVNULL, cwd=directory, timeout=120,
+                          restore_signals=False)
 
 
 class CommandLine(unittest.TestCase):
@@ -78,6 +81,15 @@ class CommandLine(unittest.TestCase):
         self.assertEqual(result.returncode, 1)
         self.assertIn(b"cannot write to standard output", result.stderr)
 
+    @unittest.skipIf(ON_WINDOWS, "Wine hands on a closed pipe in its own way")
+    def test_reader_gone(self):
+        reader, writer = os.pipe()
+        os.close(reader)
+        result = run(stdout=writer)
+        os.close(writer)
+        self.assertEqual(result.returncode, 1)
+        self.assertIn(b"cannot write to standard output", result.stderr)
+
 
 class Files(unittest.TestCase):
     def setUp(self):
@@ -89,6 +101,17 @@ class Files(unittest.TestCase):
         result = run("-s", "banner", "-o", "report.txt", directory=self.directory)
         self.assertEqual((result.returncode, result.stdout), (0, b""), result.stderr)
         self.assertEqual(target.stat().st_size, 816)
+        self.assertEqual(os.listdir(self.directory), ["report.txt"])
+
+    @unittest.skipIf(ON_WINDOWS, "the limit is this system's")
+    def test_full_disk_leaves_the_old_file(self):
+        target = self.directory / "report.txt"
+        target.write_bytes(b"the old report")
+        # Beyond the limit a write fails, as Python has its children ignore the signal.
+        result = run("-o", target, limit=500)
+        self.assertEqual((result.returncode, result.stdout), (1, b""))
+        self.assertIn(b"cannot save the report", result.stderr)
+        self.assertEqual(target.read_bytes(), b"the old report")
         self.assertEqual(os.listdir(self.directory), ["report.txt"])
 
     def test_library_missing_or_wrong(self):

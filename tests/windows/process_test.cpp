@@ -135,12 +135,7 @@ std::map<std::string, std::string> ProcessState() {
         environment += std::string(entry) + '\n';
     }
     FreeEnvironmentStringsA(block);
-    DWORD inputMode = 0;
-    GetConsoleMode(GetStdHandle(STD_INPUT_HANDLE), &inputMode);
-    DWORD outputMode = 0;
-    GetConsoleMode(GetStdHandle(STD_OUTPUT_HANDLE), &outputMode);
     return {
-        {"console modes", std::to_string(inputMode) + ' ' + std::to_string(outputMode)},
         {"code pages", std::to_string(GetConsoleCP()) + ' ' + std::to_string(GetConsoleOutputCP())},
         {"C locale", std::setlocale(LC_ALL, nullptr)},
         {"C++ locale", std::locale() == std::locale::classic() ? "classic" : "the host's"},

@@ -177,7 +177,7 @@ const std::vector<Row> kRows = {
 };
 // clang-format on
 
-TEST(ScriptedPlatform, EveryCallAndParameterIsTheStatedOne) {
+TEST(ScriptedPlatform, EveryCallAndParameterIsTheExpectedOne) {
     for (const Row& row : kRows) {
         SCOPED_TRACE(row.kind);
         Machine machine;
