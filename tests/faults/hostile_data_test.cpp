@@ -102,7 +102,7 @@ std::vector<Row> Rows() {
         {"most memory", 8, [](Machine& m) { m.memory.ullTotalPhys = ULLONG_MAX; },
          " 18,014,398,509,481,983 KB\r\n"},
         {"nonsense", 8, [](Machine& m) { m.locale[LOCALE_SGROUPING] = "-1;x;;"; }, " 16777216 KB"},
-        {"too long", 6, Set(&Machine::languageName, value1023 + "cut"), " " + value1023 + "\n"},
+        {"too long", 6, Set(&Machine::languageName, value1023 + "x"), "language:      \n"},
         {"a megabyte", 10, Change(), "//] (N/A)\n", megabyte},
         {"a megabyte", 11, Change(), "\\" + megabyte + "] (N/A)\n", megabyte},
         {"a megabyte", 15, Set(&Machine::environment, {{"BIG", megabyte}}), "[" + megabyte, "BIG"},
