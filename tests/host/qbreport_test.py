@@ -1,17 +1,19 @@
 #!/usr/bin/env python3
-"""qbreport as users call it: qbreport_test.py <directory of the program> <some other library>."""
+"""qbreport as users call it: qbreport_test.py <its directory> <another library> <slow disk>."""
 
 import os
 import pathlib
 import re
 import shutil
+import signal
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
 
 PRODUCT = pathlib.Path(sys.argv[1]).resolve()
-OTHER_LIBRARY = sys.argv[2]
+OTHER_LIBRARY, SLOW_DISK = sys.argv[2:4]
 ON_WINDOWS = OTHER_LIBRARY.endswith(".dll")
 PROGRAM, LIBRARY = ("qbreport.exe", "QBSUPPORT.dll") if ON_WINDOWS else ("qbreport", "libQBSUPPORT.so")
 TITLES = b"Date and Time|Operating System|Uname|User Name|Locale|Hardware|Memory:|System directories" \
@@ -113,6 +115,21 @@ class Files(unittest.TestCase):
         self.assertIn(b"cannot save the report", result.stderr)
         self.assertEqual(target.read_bytes(), b"the old report")
         self.assertEqual(os.listdir(self.directory), ["report.txt"])
+
+    @unittest.skipIf(ON_WINDOWS, "the slow disk is this system's")
+    def test_interrupted_run_leaves_the_old_file(self):
+        target = self.directory / "report.txt"
+        for stop in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+            target.write_bytes(b"the old report")
+            process = subprocess.Popen([PRODUCT / PROGRAM, "-o", target], stderr=subprocess.PIPE,
+                                       env={**os.environ, "LD_PRELOAD": SLOW_DISK})
+            while len(os.listdir(self.directory)) < 2 and process.poll() is None:
+                time.sleep(0.01)
+            process.send_signal(stop)
+            self.assertIn(b"interrupted", process.communicate(timeout=60)[1])
+            self.assertEqual(process.returncode, 1)
+            self.assertEqual(target.read_bytes(), b"the old report")
+            self.assertEqual(os.listdir(self.directory), ["report.txt"])
 
     def test_library_missing_or_wrong(self):
         program = shutil.copy(PRODUCT / PROGRAM, self.directory)
