@@ -3,20 +3,11 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "faults/watched_memory.h"
 #include "platform/stand_in/calls.h"
 #include "qbsupport/qbsupport.h"
 
 namespace faults {
-
-// The library's malloc and free come here first (the linker's --wrap), and so does calloc: a
-// compiler makes one of a malloc whose block is zeroed. The stand-in platform and the tests use
-// operator new, which does not.
-void* RealMalloc(std::size_t size) asm("__real_malloc");
-void* RealCalloc(std::size_t count, std::size_t size) asm("__real_calloc");
-void RealFree(void* block) asm("__real_free");
-void* WatchedMalloc(std::size_t size) asm("__wrap_malloc");
-void* WatchedCalloc(std::size_t count, std::size_t size) asm("__wrap_calloc");
-void WatchedFree(void* block) asm("__wrap_free");
 
 void (*beforeAllocation)() = nullptr;
 

@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-namespace faults {
+#include "kinds.h"
 
-inline constexpr int kLastKind = 20;
+namespace faults {
 
 // The library's allocations that fail, by their number, 1 for the first; none when `first` is 0.
 struct AllocationFault {

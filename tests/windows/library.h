@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-constexpr int kLastKind = 20;
+#include "kinds.h"
 
 // QBSUPPORT.dll beside the program, loaded as long as this lives.
 class Library {

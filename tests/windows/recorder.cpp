@@ -7,6 +7,7 @@
 #include <map>
 #include <string_view>
 
+#include "faults/watched_memory.h"
 #include "library.h"
 #include "platform/stand_in/kernel.h"
 #include "platform/stand_in/registry.h"
@@ -15,15 +16,7 @@
 #include "platform/stand_in/version_resource.h"
 #include "qbsupport/qbsupport.h"
 
-// The watch over the library's allocations, which the native build ties in by the linker's --wrap.
-void* RealMalloc(std::size_t size) asm("__real_malloc");
-void* RealCalloc(std::size_t count, std::size_t size) asm("__real_calloc");
-void RealFree(void* block) asm("__real_free");
-void* WatchedMalloc(std::size_t size) asm("__wrap_malloc");
-void* WatchedCalloc(std::size_t count, std::size_t size) asm("__wrap_calloc");
-void WatchedFree(void* block) asm("__wrap_free");
-
-void* RealMalloc(std::size_t size) {
+void* faults::RealMalloc(std::size_t size) {
     void* const block = std::malloc(size);
     if (block != nullptr) {
         std::memset(block, 0xCD, size);  // what is read before it is written shows
@@ -31,11 +24,11 @@ void* RealMalloc(std::size_t size) {
     return block;
 }
 
-void* RealCalloc(std::size_t count, std::size_t size) {
+void* faults::RealCalloc(std::size_t count, std::size_t size) {
     return std::calloc(count, size);
 }
 
-void RealFree(void* block) {
+void faults::RealFree(void* block) {
     std::free(block);
 }
 
@@ -170,8 +163,8 @@ std::map<std::string, void*> StandInFunctions() {
         ENTRY(VerifyVersionInfoA), RUNTIME_ENTRY(_ctime64), RUNTIME_ENTRY(_time64),
         RUNTIME_ENTRY(_tzset), RUNTIME_ENTRY(getenv), RUNTIME_ENTRY(setlocale),
         {"GetProcAddress", Address(FindProcedure)},
-        {"GetLastError", Address(GetLastError)}, {"malloc", Address(WatchedMalloc)},
-        {"calloc", Address(WatchedCalloc)}, {"free", Address(WatchedFree)},
+        {"GetLastError", Address(GetLastError)}, {"malloc", Address(faults::WatchedMalloc)},
+        {"calloc", Address(faults::WatchedCalloc)}, {"free", Address(faults::WatchedFree)},
     };
 #undef ENTRY
 #undef RUNTIME_ENTRY
