@@ -99,7 +99,7 @@ void ConsumeLists(FuzzedDataProvider& input, stand_in::Machine& machine) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     FuzzedDataProvider input(data, size);
-    const int kind = input.ConsumeIntegralInRange(1, faults::kLastKind);
+    const int kind = input.ConsumeIntegralInRange(1, kLastKind);
     const auto flags = input.ConsumeIntegralInRange(0U, 7U);
     const auto failedCall = input.ConsumeIntegralInRange<std::uint64_t>(0, 40);
     stand_in::Machine machine;
