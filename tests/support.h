@@ -9,8 +9,7 @@
 
 #include "platform/stand_in/machine.h"
 
-// The text of one section, nothing when the call failed. Checks that a failing call leaves the
-// caller's pointer alone, and that after every call nothing is open and no handle was misused. Not
+// The text of one section, nothing when the call failed. Checks what faults::CallAlone does. Not
 // for several threads at once: what they have open would be taken for a leak.
 std::optional<std::string> GetInfo(int kind, unsigned flags, const char* argument = nullptr);
 
