@@ -9,11 +9,22 @@ namespace {
 
 constexpr std::size_t kWidth = 72;
 
-void AppendLine(Text& result, std::string_view line) {
-    result << line;
-    result.Fill(' ', kWidth - line.size());
-    result << "\r\n";
-}
+constexpr std::string_view kEmailLine =
+    "<" QBSUPPORT_SUPPORT_EMAIL "> along with a concise description of the problem.";
+static_assert(kEmailLine.size() <= kWidth, "the support e-mail address is too long");
+
+// Filled up with spaces in the report.
+constexpr std::string_view kLines[] = {
+    "The following support information is collected in order to help",
+    "Quenbar support team replicate and troubleshoot technical problems.",
+    "",
+    "Please save this information to a file and e-mail that file to",
+    kEmailLine,
+    "",
+    "Privacy statement: This information will be kept confidential and will",
+    "only be used to reproduce the problem you are reporting. The information",
+    "does not include any passwords or other sensitive data.",
+};
 
 void AppendRule(Text& result) {
     result.Fill('=', kWidth);
@@ -23,20 +34,12 @@ void AppendRule(Text& result) {
 }  // namespace
 
 bool CQbSupport::GetBannerInfo(Text& result) {
-    constexpr std::string_view kEmailLine =
-        "<" QBSUPPORT_SUPPORT_EMAIL "> along with a concise description of the problem.";
-    static_assert(kEmailLine.size() <= kWidth, "the support e-mail address is too long");
-
     AppendRule(result);
-    AppendLine(result, "The following support information is collected in order to help");
-    AppendLine(result, "Quenbar support team replicate and troubleshoot technical problems.");
-    AppendLine(result, "");
-    AppendLine(result, "Please save this information to a file and e-mail that file to");
-    AppendLine(result, kEmailLine);
-    AppendLine(result, "");
-    AppendLine(result, "Privacy statement: This information will be kept confidential and will");
-    AppendLine(result, "only be used to reproduce the problem you are reporting. The information");
-    AppendLine(result, "does not include any passwords or other sensitive data.");
+    for (const std::string_view line : kLines) {
+        result << line;
+        result.Fill(' ', kWidth - line.size());
+        result << "\r\n";
+    }
     AppendRule(result);
     return true;
 }

@@ -41,7 +41,7 @@ DigitGrouping::DigitGrouping(Text sizes, Text separator)
     : m_sizes(std::move(sizes)), m_separator(std::move(separator)) {}
 
 void DigitGrouping::Append(Text& text, std::uint64_t number) const {
-    if (m_sizes.Failed()) {
+    if (m_sizes.Failed() || m_separator.Failed()) {
         text.Fail();
         return;
     }
