@@ -3,6 +3,6 @@
 
 int fsync(int file) {
     (void)file;
-    sleep(1);
+    sleep(5);
     return 0;
 }
