@@ -124,6 +124,20 @@ struct Grouped : std::numpunct<char> {
     std::string do_grouping() const override { return "\1"; }
 };
 
+// Its code pages and modes.
+std::string ConsoleState() {
+    std::string state = std::to_string(GetConsoleCP()) + ' ' + std::to_string(GetConsoleOutputCP());
+    for (const char* const name : {"CONIN$", "CONOUT$"}) {
+        const HANDLE console =
+            CreateFileA(name, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                        nullptr, OPEN_EXISTING, 0, nullptr);
+        DWORD mode = 0;
+        state += GetConsoleMode(console, &mode) != 0 ? ' ' + std::to_string(mode) : " none";
+        CloseHandle(console);
+    }
+    return state;
+}
+
 std::map<std::string, std::string> ProcessState() {
     char directory[MAX_PATH] = {};
     _getcwd(directory, MAX_PATH);
@@ -135,23 +149,26 @@ std::map<std::string, std::string> ProcessState() {
         environment += std::string(entry) + '\n';
     }
     FreeEnvironmentStringsA(block);
-    return {
-        {"code pages", std::to_string(GetConsoleCP()) + ' ' + std::to_string(GetConsoleOutputCP())},
-        {"C locale", std::setlocale(LC_ALL, nullptr)},
-        {"C++ locale", std::locale() == std::locale::classic() ? "classic" : "the host's"},
-        {"current directory", directory},
-        {"environment", environment},
-        {"DPI awareness", std::to_string(IsProcessDPIAware())},
-        {"error mode", std::to_string(GetErrorMode())},
-        {"thread error mode", std::to_string(GetThreadErrorMode())},
-        {"floating point", std::to_string(_controlfp(0, 0))},
-        {"vector floating point", std::to_string(_mm_getcsr() & ~_MM_EXCEPT_MASK)},
-        {"library search", search},
-        {"thread locale", std::to_string(GetThreadLocale())}};
+    return {{"console", ConsoleState()},
+            {"C locale", std::setlocale(LC_ALL, nullptr)},
+            {"C++ locale", std::locale() == std::locale::classic() ? "classic" : "the host's"},
+            {"current directory", directory},
+            {"environment", environment},
+            {"DPI awareness", std::to_string(IsProcessDPIAware())},
+            {"error mode", std::to_string(GetErrorMode())},
+            {"thread error mode", std::to_string(GetThreadErrorMode())},
+            {"floating point", std::to_string(_controlfp(0, 0))},
+            {"vector floating point", std::to_string(_mm_getcsr() & ~_MM_EXCEPT_MASK)},
+            {"library search", search},
+            {"thread locale", std::to_string(GetThreadLocale())}};
 }
 
 TEST(ProcessState, NoCallChangesIt) {
     const Library library;
+    if (std::getenv("QBSUPPORT_TEST_ON_CONSOLE") != nullptr) {
+        ASSERT_TRUE(SetConsoleOutputCP(850)) << "without a console";
+        ASSERT_EQ(ConsoleState().find("none"), std::string::npos);
+    }
     // Unusual settings: a call that set the usual ones would show.
     std::setlocale(LC_NUMERIC, "German_Germany");
     std::locale::global(std::locale(std::locale::classic(), new Grouped));
