@@ -92,7 +92,7 @@ TEST_F(CoreTest, DateTime) {
               "Date and Time\r\n-------------\r\n   Wed Jan 05 09:07:03 2022\n"
               "   Time zone GMT/UTC bias:  -1:0h [-3600s]\n"
               "   Time zone:               -1:0h\n   Time zone DST effective: No\n\r\n");
-    EXPECT_EQ(stand_in::CallsMade(stand_in::PlatformCall::Tzset), 1U);
+    EXPECT_EQ(stand_in::CallsMade(stand_in::PlatformCall::_tzset), 1U);
     enum : DWORD { kUnknown, kStandard, kDaylight };
     const std::tuple<LONG, LONG, LONG, DWORD, std::string, std::string, std::string> rows[] = {
         {-60, 0, -60, kDaylight, "-2:0h [-7200s]", "-1:0h", "Yes [-1:0h]"},

@@ -9,8 +9,6 @@
 
 namespace faults {
 
-void (*beforeAllocation)() = nullptr;
-
 namespace {
 
 // What one call allocates and frees, always on its caller's thread.
@@ -27,9 +25,6 @@ thread_local Allocations* watched = nullptr;
 bool CountAndAllow(std::size_t size) {
     if (watched == nullptr) {
         return true;
-    }
-    if (beforeAllocation != nullptr) {
-        beforeAllocation();
     }
     ++watched->attempts;
     if (watched->attempts >= watched->fault.first && watched->attempts <= watched->fault.last) {

@@ -40,10 +40,6 @@ CallOutcome CallAlone(const Request& request, AllocationFault fault = {});
 // Every kind without and with all flags, with each of the arguments.
 std::vector<Request> EveryRequest(const std::vector<const char*>& arguments);
 
-// Runs before each of the library's allocations, null for nothing: what the world does between two
-// platform calls.
-extern void (*beforeAllocation)();
-
 }  // namespace faults
 
 #endif

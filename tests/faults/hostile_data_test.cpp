@@ -6,12 +6,14 @@
 #include <climits>
 #include <cstdio>
 #include <functional>
+#include <tuple>
 
 #include "faults/checked_call.h"
 #include "platform/stand_in/calls.h"
 #include "platform/stand_in/machine.h"
 
 using stand_in::Machine;
+using stand_in::PlatformCall;
 
 namespace faults {
 namespace {
@@ -147,22 +149,34 @@ TEST(HostileData, ThousandsOfEverything) {
               "C:/b.dll  [Modul or version info not found!]\r\n\r\n");
 }
 
-// The file is replaced after its size was asked for and before the resource is read, into a
-// block that is too large for the stack.
-TEST(HostileData, VersionResourceThatChangesItsSize) {
-    const stand_in::ScopedMachine scope;
-    static stand_in::VersionResource& resource =
-        stand_in::CurrentMachine().versionResources["viewer.exe"];
-    static std::string version;
-    for (const auto& [size, text] :
-         {std::pair{9000U, "  [No version info!]\r\n"}, std::pair{1U, "viewer.exe  [9]\r\n"}}) {
-        version.assign(size, '9');
-        resource = stand_in::ProductVersion(std::string(8000, '3'));
-        beforeAllocation = [] { resource = stand_in::ProductVersion(version); };
-        const CallOutcome outcome = CallAlone(17, 0, "viewer.exe");
-        beforeAllocation = nullptr;
+// What was measured by one call is another thing by the next, which is to read it.
+TEST(HostileData, ChangesBetweenTwoCalls) {
+    const auto version = [](const std::string& text) {
+        return
+            [=](Machine& m) { m.versionResources["viewer.exe"] = stand_in::ProductVersion(text); };
+    };
+    const auto language = [](const std::string& name) {
+        return [=](Machine& m) { m.locale[LOCALE_SENGLANGUAGE] = name; };
+    };
+    const std::tuple<int, PlatformCall, std::uint64_t, Change, std::string> rows[] = {
+        {17, PlatformCall::GetFileVersionInfoA, 1, version(std::string(9000, '9')),
+         "  [No version info!]\r\n"},
+        {17, PlatformCall::GetFileVersionInfoA, 1, version("9"), "viewer.exe  [9]\r\n"},
+        {6, PlatformCall::GetLocaleInfoA, 4, language("Englisch"), "locale name:      \n"},
+        {6, PlatformCall::GetLocaleInfoA, 4, language("En"), "locale name:      En\n"},
+    };
+    for (const auto& [kind, changed, ordinal, change, text] : rows) {
+        const stand_in::ScopedMachine scope;
+        version(std::string(8000, '3'))(stand_in::CurrentMachine());  // too large for the stack
+        stand_in::beforeCall = [&](PlatformCall call, std::uint64_t number) {
+            if (call == changed && number == ordinal) {
+                change(stand_in::CurrentMachine());
+            }
+        };
+        const CallOutcome outcome = CallAlone(kind, 0, "viewer.exe");
+        stand_in::beforeCall = nullptr;
         EXPECT_EQ(outcome.violations, "");
-        EXPECT_NE(outcome.text.value_or("").find(text), std::string::npos);
+        EXPECT_NE(outcome.text.value_or("").find(text), std::string::npos) << *outcome.text;
     }
 }
 

@@ -10,58 +10,11 @@
 namespace stand_in {
 namespace {
 
-constexpr auto callNames = std::to_array<const char*>({
-    "VerSetConditionMask",
-    "VerifyVersionInfoA",
-    "GetModuleHandleA",
-    "LoadLibraryA",
-    "GetProcAddress",
-    "GetSystemInfo",
-    "GetNativeSystemInfo",
-    "GetProductInfo",
-    "GlobalMemoryStatusEx",
-    "GetCurrentProcess",
-    "GetCurrentProcessId",
-    "GetProcessMemoryInfo",
-    "GetUserNameExA",
-    "GetTimeZoneInformation",
-    "GetSystemDefaultLangID",
-    "VerLanguageNameA",
-    "GetLocaleInfoA",
-    "CreateToolhelp32Snapshot",
-    "Module32First",
-    "Module32Next",
-    "Process32First",
-    "Process32Next",
-    "CloseHandle",
-    "GetLastError",
-    "FormatMessageA",
-    "GetFileVersionInfoSizeA",
-    "GetFileVersionInfoA",
-    "VerQueryValueA",
-    "GetSystemDirectoryA",
-    "GetWindowsDirectoryA",
-    "GetTempPathA",
-    "GetModuleFileNameA",
-    "GetCurrentDirectoryA",
-    "GetFileAttributesA",
-    "RegOpenKeyExA",
-    "RegQueryValueExA",
-    "RegCloseKey",
-    "GetSystemMetrics",
-    "GetDC",
-    "ReleaseDC",
-    "GetDeviceCaps",
-    "EnumDisplayMonitors",
-    "GetMonitorInfoA",
-    "_time64",
-    "_ctime64",
-    "_tzset",
-    "getenv",
-    "setlocale",
-});
-static_assert(callNames.size() == platformCallKinds);
-static_assert(static_cast<std::size_t>(PlatformCall::Setlocale) + 1 == platformCallKinds);
+constexpr const char* callNames[] = {
+#define PLATFORM_CALL(name) #name,
+#include "platform/stand_in/platform_calls.inc"
+#undef PLATFORM_CALL
+};
 
 // Orders nothing but itself: each counter is read on its own.
 constexpr auto relaxed = std::memory_order_relaxed;
@@ -73,12 +26,31 @@ std::atomic<std::uint64_t> lastFault;
 
 thread_local DWORD lastError = 0;
 
-std::uint64_t NextCallNumber(PlatformCall call) {
-    callsByKind[static_cast<std::size_t>(call)].fetch_add(1, relaxed);
-    return callsMade.fetch_add(1, relaxed) + 1;
+// Which call it is: of all, and of its function.
+struct CallNumber {
+    std::uint64_t number;
+    std::uint64_t ordinal;
+};
+
+CallNumber NextCall(PlatformCall call) {
+    auto& ofFunction = callsByKind[static_cast<std::size_t>(call)];
+    const CallNumber next = {callsMade.fetch_add(1, relaxed) + 1,
+                             ofFunction.fetch_add(1, relaxed) + 1};
+    if (beforeCall) {
+        beforeCall(call, next.ordinal);
+    }
+    return next;
 }
 
+std::optional<FailedCall> firstFailedCall;
+
 }  // namespace
+
+std::function<void(PlatformCall call, std::uint64_t ordinal)> beforeCall;
+
+const std::optional<FailedCall>& FirstFailedCall() {
+    return firstFailedCall;
+}
 
 const char* CallName(PlatformCall call) {
     return callNames[static_cast<std::size_t>(call)];
@@ -102,18 +74,22 @@ void PlanFault(std::uint64_t number, FaultMode mode) {
         calls.store(0, relaxed);
     }
     callsMade.store(0, relaxed);
+    firstFailedCall.reset();
     firstFault.store(number, relaxed);
     lastFault.store(mode == FaultMode::Once ? number : UINT64_MAX, relaxed);
 }
 
 void CountCall(PlatformCall call) {
-    NextCallNumber(call);
+    NextCall(call);
 }
 
 bool CallFails(PlatformCall call) {
-    const std::uint64_t number = NextCallNumber(call);
-    if (number < firstFault.load(relaxed) || number > lastFault.load(relaxed)) {
+    const CallNumber made = NextCall(call);
+    if (made.number < firstFault.load(relaxed) || made.number > lastFault.load(relaxed)) {
         return false;
+    }
+    if (!firstFailedCall) {
+        firstFailedCall = {call, made.ordinal};
     }
     SetLastErrorCode(ERROR_NOT_ENOUGH_MEMORY);
     return true;

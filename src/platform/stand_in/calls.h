@@ -4,62 +4,20 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <optional>
 
 #include "platform/stand_in/types.h"
 
 namespace stand_in {
 
 enum class PlatformCall {
-    VerSetConditionMask,
-    VerifyVersionInfoA,
-    GetModuleHandleA,
-    LoadLibraryA,
-    GetProcAddress,
-    GetSystemInfo,
-    GetNativeSystemInfo,
-    GetProductInfo,
-    GlobalMemoryStatusEx,
-    GetCurrentProcess,
-    GetCurrentProcessId,
-    GetProcessMemoryInfo,
-    GetUserNameExA,
-    GetTimeZoneInformation,
-    GetSystemDefaultLangID,
-    VerLanguageNameA,
-    GetLocaleInfoA,
-    CreateToolhelp32Snapshot,
-    Module32First,
-    Module32Next,
-    Process32First,
-    Process32Next,
-    CloseHandle,
-    GetLastError,
-    FormatMessageA,
-    GetFileVersionInfoSizeA,
-    GetFileVersionInfoA,
-    VerQueryValueA,
-    GetSystemDirectoryA,
-    GetWindowsDirectoryA,
-    GetTempPathA,
-    GetModuleFileNameA,
-    GetCurrentDirectoryA,
-    GetFileAttributesA,
-    RegOpenKeyExA,
-    RegQueryValueExA,
-    RegCloseKey,
-    GetSystemMetrics,
-    GetDC,
-    ReleaseDC,
-    GetDeviceCaps,
-    EnumDisplayMonitors,
-    GetMonitorInfoA,
-    Time64,
-    Ctime64,
-    Tzset,
-    Getenv,
-    Setlocale,
+#define PLATFORM_CALL(name) name,
+#include "platform/stand_in/platform_calls.inc"
+#undef PLATFORM_CALL
 };
-inline constexpr std::size_t platformCallKinds = 48;
+inline constexpr std::size_t platformCallKinds =
+    static_cast<std::size_t>(PlatformCall::setlocale) + 1;
 
 const char* CallName(PlatformCall call);
 
@@ -75,6 +33,18 @@ enum class FaultMode { Once, FromThenOn };
 /// Resets the calls; the call with this number, 1 for the next one, then fails as that function
 /// fails. A function that cannot fail works all the same.
 void PlanFault(std::uint64_t number, FaultMode mode);
+
+/// A call that failed as planned, and which of its function's calls it was.
+struct FailedCall {
+    PlatformCall call;
+    std::uint64_t ordinal;
+};
+
+/// The first since the fault was planned. Faults are for one thread at a time.
+const std::optional<FailedCall>& FirstFailedCall();
+
+/// What the world does before a call, which is told as above; nothing when it is empty.
+extern std::function<void(PlatformCall call, std::uint64_t ordinal)> beforeCall;
 
 struct OpenHandles {
     int registryKeys = 0;

@@ -31,7 +31,7 @@ std::int64_t BiasSeconds() {
 }  // namespace
 
 std::int64_t qb_support::_time64(std::int64_t* time) {
-    CountCall(PlatformCall::Time64);
+    CountCall(PlatformCall::_time64);
     const std::int64_t now = CurrentMachine().clock;
     if (time) {
         *time = now;
@@ -40,7 +40,7 @@ std::int64_t qb_support::_time64(std::int64_t* time) {
 }
 
 char* qb_support::_ctime64(const std::int64_t* time) {
-    if (CallFails(PlatformCall::Ctime64) || !time || *time < 0 || *time > lastTime) {
+    if (CallFails(PlatformCall::_ctime64) || !time || *time < 0 || *time > lastTime) {
         return nullptr;
     }
     const std::chrono::sys_seconds local{std::chrono::seconds{*time - BiasSeconds()}};
@@ -58,11 +58,11 @@ char* qb_support::_ctime64(const std::int64_t* time) {
 }
 
 void qb_support::_tzset() {
-    CountCall(PlatformCall::Tzset);
+    CountCall(PlatformCall::_tzset);
 }
 
 char* qb_support::getenv(const char* name) {
-    if (CallFails(PlatformCall::Getenv) || !name) {
+    if (CallFails(PlatformCall::getenv) || !name) {
         return nullptr;
     }
     auto& environment = CurrentMachine().environment;
@@ -71,7 +71,7 @@ char* qb_support::getenv(const char* name) {
 }
 
 char* qb_support::setlocale(int category, const char* locale) {
-    if (CallFails(PlatformCall::Setlocale) || locale) {
+    if (CallFails(PlatformCall::setlocale) || locale) {
         return nullptr;
     }
     auto& settings = CurrentMachine().runtimeLocale;
