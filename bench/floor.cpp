@@ -2,6 +2,7 @@
 #include <vector>
 
 #include "bench.h"
+#include "os/registry_values.h"
 #include "os/version_tests.h"
 #include "platform/named_function.h"
 #include "platform/registry_key.h"
@@ -31,17 +32,17 @@ void ReadText(const RegistryKey& key, const char* name) {
 }
 
 void AskForOperatingSystem(const char* /*argument*/) {
-    constexpr char kPath[] = "SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion";
     OSVERSIONINFOEXA version;
     DetectVersionFromTable(version);  // probes and nothing else
-    ReadText(RegistryKey(HKEY_LOCAL_MACHINE, kPath, KEY_READ), "EditionID");
+    ReadText(RegistryKey(HKEY_LOCAL_MACHINE, kCurrentVersionKey, KEY_READ), "EditionID");
     DWORD type = 0;
     FindFunction<BOOL WINAPI(DWORD, DWORD, DWORD, DWORD, DWORD*)>(
         GetModuleHandleA("kernel32.dll"), "GetProductInfo")(10, 0, 0, 0, &type);
-    ReadText(RegistryKey(HKEY_LOCAL_MACHINE, kPath, KEY_READ), "ProductName");
-    ReadText(RegistryKey(HKEY_LOCAL_MACHINE, kPath, KEY_READ), "DisplayVersion");
+    ReadText(RegistryKey(HKEY_LOCAL_MACHINE, kCurrentVersionKey, KEY_READ), "ProductName");
+    ReadText(RegistryKey(HKEY_LOCAL_MACHINE, kCurrentVersionKey, KEY_READ), "DisplayVersion");
     DWORD revision = 0;
-    RegistryKey(HKEY_LOCAL_MACHINE, kPath, KEY_READ).QueryNumber("UBR", revision, type);
+    RegistryKey(HKEY_LOCAL_MACHINE, kCurrentVersionKey, KEY_READ)
+        .QueryNumber("UBR", revision, type);
     QuerySystemInfo();
 }
 
@@ -201,8 +202,7 @@ constexpr std::array<Section, 19> kSections = {{
     {QbSupportAppDirectory, "app directory", "C:\\Windows", AskForDirectory},
     {QbSupportRegistry, "registry", "Software", OpenUserKey},
     {QbSupportUserAppKey, "user app key", "Software", OpenUserKey},
-    {QbSupportMachineAppKey, "machine app key", "SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion",
-     OpenMachineKey},
+    {QbSupportMachineAppKey, "machine app key", kCurrentVersionKey, OpenMachineKey},
     {QbSupportApplication, "application", "", AskForApplication},
     {QbSupportEnvironment, "environment", "USERNAME", AskForVariable},
     {QbSupportModules, "modules", "", AskForModules},

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "bench.h"
+#include "os/registry_values.h"
 #include "os/version_tests.h"
 #include "platform/named_function.h"
 #include "platform/registry_key.h"
@@ -18,8 +19,7 @@ namespace {
 const std::string kIndent = "   ";
 
 std::string ReadText(const char* name) {
-    const RegistryKey key(HKEY_LOCAL_MACHINE, "SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion",
-                          KEY_READ);
+    const RegistryKey key(HKEY_LOCAL_MACHINE, kCurrentVersionKey, KEY_READ);
     RegistryKey::TextBuffer text;
     DWORD type = REG_NONE;
     key.QueryText(name, text, type);

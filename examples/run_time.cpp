@@ -18,7 +18,7 @@ int main(int count, char** arguments) {
     for (const int kind : {QbSupportOperatingSystem, QbSupportHardware, QbSupportMemory}) {
         std::optional<std::string> text = library.Section(kind);
         if (text) {
-            // Standard output is in text mode and adds its own.
+            // Standard output is in text mode, where each LF becomes CR LF by itself.
             text->erase(std::remove(text->begin(), text->end(), '\r'), text->end());
             std::cout << *text;
         }

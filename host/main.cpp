@@ -24,8 +24,8 @@ bool WantsProgress(const Options& options) {
     return IsTerminal(stderr) && (!options.outputFile.empty() || !IsTerminal(stdout));
 }
 
-Report ComposeReport(const qbsupport::Library& library, const std::vector<Call>& calls,
-                     const Options& options) {
+Report ComposeWithProgress(const qbsupport::Library& library, const std::vector<Call>& calls,
+                           const Options& options) {
     Progress progress(WantsProgress(options));
     return ComposeReport(library, calls, options.flags, progress);
 }
@@ -63,7 +63,7 @@ ExitStatus WriteReport(const Options& options) {
         return kFailure;
     }
     const std::vector<Call> calls = PlanCalls(options);
-    const Report report = ComposeReport(library, calls, options);
+    const Report report = ComposeWithProgress(library, calls, options);
     for (const Call& call : report.failures) {
         SayFailed(call);
     }

@@ -22,7 +22,7 @@ def files_below(folder):
 
 
 def archive_files(stage):
-    """The files by their names in the archive. The pages for contributors stay out."""
+    """The files by their names in the archive."""
     files = files_below(stage)
     for name, path in files_below(PROJECT / "examples").items():
         files["examples/" + name] = path

@@ -42,6 +42,7 @@ lint_packages=(
     'clang-format  clang-format  layout of the sources'
     'clang-tidy    clang-tidy    static analysis and naming'
     'cppcheck      cppcheck      static analysis, a second opinion'
+    'shellcheck    shellcheck    static analysis of the scripts'
 )
 
 package_packages=(

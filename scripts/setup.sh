@@ -1,4 +1,4 @@
-# What ./run and ./test share: messages, child processes, locks and builds. Sourced, not run.
+# What the scripts share: messages, child processes, locks and builds. Sourced, not run.
 # shellcheck shell=bash
 
 set -euo pipefail
@@ -66,6 +66,15 @@ trap 'exit 129' HUP
 trap 'exit 130' INT
 trap 'exit 143' TERM
 
+# Compilers of this age lay out a sanitizer's shadow memory for addresses that newer kernels no
+# longer keep to, unless address space randomization is off. Not every container allows that.
+without_randomization() {
+    if setarch --addr-no-randomize true 2>/dev/null; then
+        exec setarch --addr-no-randomize "$@"
+    fi
+    exec "$@"
+}
+
 # --- Locks: descriptor 7 for a run of the tests, 8 for set-up, 9 for the use of Wine. ---
 
 # take_lock <descriptor> <file>: waits for other runs in this directory.
@@ -96,10 +105,13 @@ show_log() {
 # includes the product.
 is_configured() {
     local directory=$build_dir/$1 purpose=$2 stamp=$build_dir/$1/configured
-    local configured_for configured_in
+    local configured_for configured_in configured_without
     [[ -f $directory/build.ninja && -f $stamp ]] || return 1
     [[ ! $project_dir/CMakePresets.json -nt $stamp ]] || return 1
-    { read -r configured_for && read -r configured_in; } <"$stamp" || return 1
+    { read -r configured_for && read -r configured_in && read -r configured_without; } <"$stamp" ||
+        return 1
+    # A tool that was missing is not looked for again.
+    [[ $configured_without == "$(missing_packages windows test package)" ]] || return 1
     # A build directory that was moved still points to the old place.
     [[ $configured_in == "$project_dir" ]] || return 1
     [[ $configured_for == "$purpose" || $configured_for == tests ]]
@@ -123,14 +135,15 @@ configure() {
         show_log "$directory/configure.log"
         return 1
     fi
-    printf '%s\n' "$purpose" "$project_dir" >"$directory/configured"
+    printf '%s\n' "$purpose" "$project_dir" "$(missing_packages windows test package)" \
+        >"$directory/configured"
 }
 
 # Passes Ninja's output on, and says that something is being built when that is so.
 announce_work() {
     local line announced=
     while IFS= read -r line; do
-        if [[ -z $announced && $line == '['* && $line != *'Re-checking globbed directories'* ]]; then
+        if [[ -z $announced && $line == '['* ]]; then
             status "building build/$1"
             announced=yes
         fi

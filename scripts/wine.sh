@@ -5,6 +5,7 @@
 # download .NET and a browser engine; no menu entries on the developer's desktop; no debugger, so
 # that a crashed program ends at once and with a status of its own.
 export WINEDEBUG=-all
+export WINEARCH=win64
 export WINEDLLOVERRIDES='mscoree=;mshtml=;winemenubuilder.exe=d;winedbg.exe=d'
 
 # The prefix that the script uses Wine in; empty when it does not.

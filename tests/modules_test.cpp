@@ -20,7 +20,8 @@ protected:
         return text;
     }
 
-    stand_in::Process& m_host = m_machine.processes.at(3);
+    stand_in::Process& Host() { return m_machine.processes.at(3); }
+
     const std::string m_snapshotFailed =
         "\n  WARNING: CreateToolhelp32Snapshot (of modules) failed with error ";
 };
@@ -43,7 +44,7 @@ TEST_F(ModulesTest, OfTheHostAndOfAnotherProcess) {
 }
 
 TEST_F(ModulesTest, TriesAgainWhileTheProcessLoadsModules) {
-    m_host.modules = {{"viewer.exe", "viewer.exe"}};
+    Host().modules = {{"viewer.exe", "viewer.exe"}};
     m_machine.badLengthAnswers = 99;
     EXPECT_EQ(GetModules(0, nullptr, ""), "viewer.exe  [3.2.1.0]\r\n\r\n");
     EXPECT_EQ(stand_in::CallsMade(stand_in::PlatformCall::CreateToolhelp32Snapshot), 100U);
@@ -55,7 +56,7 @@ TEST_F(ModulesTest, WarningTexts) {
         {"With\ta tab. . \t.\x01rest", "With\ta tab"},
         {std::string(255, 'x'), std::string(255, 'x')},
     };
-    m_host.snapshotError = static_cast<LONG>(0x80070005);
+    Host().snapshotError = static_cast<LONG>(0x80070005);
     for (const auto& [message, shown] : rows) {
         m_machine.messages[0x80070005] = message;
         GetModules(0, nullptr, m_snapshotFailed + "-2147024891 (" + shown + ")");

@@ -190,13 +190,13 @@ TEST_F(OsTest, RegistryValues) {
                                      {{"longest", RegistryText(longest)},
                                       {"cut", {REG_SZ, std::string("a\0b", 3)}},
                                       {"longer", RegistryText(longest + 'x')},
-                                      {"list", {REG_MULTI_SZ, "text"}},
+                                      {"expanded", {REG_EXPAND_SZ, "text"}},
                                       {"number", RegistryNumber(0x87654321)},
                                       {"bytes", {REG_BINARY, "abcd"}}}};
     constexpr std::uint32_t kNone = 0xFFFFFFFF;
     const std::tuple<const char*, std::optional<std::string>, std::uint32_t> rows[] = {
         {"longest", longest, kNone}, {"cut", "a", kNone},        {"longer", {}, kNone},
-        {"list", {}, kNone},         {"number", {}, 0x87654321}, {"bytes", {}, kNone},
+        {"expanded", {}, kNone},     {"number", {}, 0x87654321}, {"bytes", {}, kNone},
         {"missing", {}, kNone},
     };
     for (const auto& [name, string, number] : rows) {

@@ -6,12 +6,10 @@
 #ifndef QBSUPPORT_QBSUPPORT_H
 #define QBSUPPORT_QBSUPPORT_H
 
-#ifndef __cplusplus
-#include <stdbool.h>
-#endif
-
 #ifdef __cplusplus
 extern "C" {
+#else
+#include <stdbool.h>
 #endif
 
 /** What a section reports: the `kind` of QbSupportGetInfo. */
@@ -20,7 +18,7 @@ enum QbSupportKind {
     QbSupportDateTime = 2,          /**< local date and time, time zone */
     QbSupportOperatingSystem = 3,   /**< Windows release, edition, version and build, as Windows
                                          tells them to this process: see the host's manifest in
-                                         docs/hosting.md; fails for an unknown version */
+                                         the page on hosting; fails for an unknown version */
     QbSupportUname = 4,             /**< heading only */
     QbSupportUserName = 5,          /**< the user's account name and display name */
     QbSupportLocale = 6,            /**< run-time and Windows locale settings */

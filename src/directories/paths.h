@@ -13,7 +13,7 @@ Text GetWindowsDirectoryPath();
 Text GetTempDirectoryPath();  // ends in a slash, as the platform gives it
 
 // The host process's executable file, not this library. With forward slashes; empty when the
-// platform fails to give it; a path longer than 1,023 characters is cut as the platform cuts it.
+// platform fails to give it; a path longer than 1,022 characters is cut as the platform cuts it.
 Text GetExecutablePath();
 
 // The process's current directory as the platform gives it, backslashes kept. Empty when the

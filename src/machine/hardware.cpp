@@ -1,6 +1,5 @@
 // The Hardware section: the first processor as the registry describes it, and how many there are.
 #include "core/collector.h"
-#include "machine/processor_description.h"
 #include "platform/registry_key.h"
 #include "platform/system_info.h"
 
@@ -22,14 +21,16 @@ bool ReadValue(const RegistryKey& key, const char* name, Text& text) {
     return true;
 }
 
-}  // namespace
-
+// Attempts all three values of an open processor key. One that is missing or longer than 255 bytes
+// leaves its text as it was. True when all three were read.
 bool ReadProcessorDescription(const RegistryKey& key, Text& name, Text& identifier, Text& vendor) {
     const bool hasName = ReadValue(key, "ProcessorNameString", name);
     const bool hasIdentifier = ReadValue(key, "Identifier", identifier);
     const bool hasVendor = ReadValue(key, "VendorIdentifier", vendor);
     return hasName && hasIdentifier && hasVendor;
 }
+
+}  // namespace
 
 bool CQbSupportWindows::GetHardwareInfo(Text& result) {
     const SYSTEM_INFO system = QuerySystemInfo();

@@ -16,8 +16,8 @@ inline constexpr char kCurrentVersionKey[] = "SOFTWARE\\Microsoft\\Windows NT\\C
 // 255 bytes with its terminator.
 bool ReadRegistryString(const char* keyPath, const char* valueName, Text& text);
 
-// Reads the 32-bit value likewise. Returns false, with 0xFFFFFFFF, when it is missing or not of the
-// type REG_DWORD.
+// Reads the 32-bit value likewise. Returns false, with 0xFFFFFFFF, when it is missing, not of the
+// type REG_DWORD, or not of 4 bytes.
 bool ReadRegistryDword(const char* keyPath, const char* valueName, std::uint32_t& number);
 
 }  // namespace qb_support

@@ -38,7 +38,8 @@ constexpr DWORD kBuildSteps[] = {100000, 10000, 7000, 1000, 500, 100, 50, 10};
 constexpr DWORD kBuildLimit = 1000000;
 
 // Whether the running system's value of one field stands in the relation `condition` to `value`,
-// as the platform answers it: 0 for no.
+// as the platform answers it: 0 for no. Suites and builds take only an exact 1 for a yes, the other
+// fields anything else.
 template <typename Field>
 BOOL Ask(Field OSVERSIONINFOEXA::*field, Field value, DWORD fieldBit, BYTE condition) {
     OSVERSIONINFOEXA probe{};
@@ -86,6 +87,7 @@ bool FindVersionByScan(DWORD& major, DWORD& minor) {
         if (!IsMajorVersion(major)) {
             continue;
         }
+        // The versions from 6.0 to 6.2 are the table's.
         for (minor = major == 6 ? 3 : 0; minor <= 5; ++minor) {
             if (IsMinorVersion(minor)) {
                 return true;

@@ -9,6 +9,7 @@
 #include <tuple>
 
 #include "faults/checked_call.h"
+#include "os/registry_values.h"
 #include "platform/stand_in/calls.h"
 #include "platform/stand_in/machine.h"
 
@@ -18,7 +19,6 @@ using stand_in::PlatformCall;
 namespace faults {
 namespace {
 
-constexpr char kWindows[] = "SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion";
 constexpr char kProcessor[] = "HARDWARE\\DESCRIPTION\\System\\CentralProcessor\\0";
 constexpr char kTranslation[] = "\\VarFileInfo\\Translation";
 constexpr char kVersion[] = "\\StringFileInfo\\040904b0\\ProductVersion";
@@ -77,8 +77,10 @@ std::vector<Row> Rows() {
         m.monitors = {{{INT_MIN, INT_MAX, INT_MAX, INT_MIN}}};
     };
     return {
-        {"longest", 3, Value(kWindows, "ProductName", REG_SZ, text255), ": " + text255 + "]\n"},
-        {"too long", 3, Value(kWindows, "UBR", REG_DWORD, "12345678"), "\n[21H2]\n"},
+        {"longest", 3, Value(qb_support::kCurrentVersionKey, "ProductName", REG_SZ, text255),
+         ": " + text255 + "]\n"},
+        {"too long", 3, Value(qb_support::kCurrentVersionKey, "UBR", REG_DWORD, "12345678"),
+         "\n[21H2]\n"},
         {"odd bytes", 7, Value(kProcessor, "Identifier", REG_BINARY, odd), ":          " + odd},
         {"too long", 7, Value(kProcessor, "Identifier", REG_SZ, text255 + "x"), ""},
         {"most processors", 7, Set(&Machine::processors, UINT_MAX), "CPUs:    -1\n"},

@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "faults/checked_call.h"
+#include "os/registry_values.h"
 #include "platform/stand_in/machine.h"
 
 namespace faults {
@@ -20,7 +21,7 @@ stand_in::Machine LargeMachine() {
         *path = "C:\\" + std::string(900, 'p');
     }
     machine.currentDirectory = std::string(259, 'd');
-    auto& system = machine.localMachine["SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion"].values;
+    auto& system = machine.localMachine[qb_support::kCurrentVersionKey].values;
     system["ProductName"] = stand_in::RegistryText(std::string(254, 'n'));
     system["EditionID"] = stand_in::RegistryText(std::string(254, 'e'));
     machine.productInfo = 0;  // so that the edition is the registry's

@@ -84,13 +84,22 @@ class CommandLine(unittest.TestCase):
         self.assertIn(b"cannot write to standard output", result.stderr)
 
     @unittest.skipIf(ON_WINDOWS, "Wine hands on a closed pipe in its own way")
-    def test_reader_gone(self):
+    def test_reader_gone_or_output_closed(self):
         reader, writer = os.pipe()
         os.close(reader)
-        result = run(stdout=writer)
+        for shell in ("exec", "exec >&-; exec"):
+            result = run("-c", f'{shell} "$0"', PRODUCT / PROGRAM, program="sh", stdout=writer)
+            self.assertEqual(result.returncode, 1)
+            self.assertIn(b"cannot write to standard output", result.stderr)
         os.close(writer)
-        self.assertEqual(result.returncode, 1)
-        self.assertIn(b"cannot write to standard output", result.stderr)
+
+    @unittest.skipIf(ON_WINDOWS, "the terminal is this system's")
+    def test_progress_on_a_terminal(self):
+        ours, terminal = os.openpty()
+        subprocess.run([PRODUCT / PROGRAM, "-s", "banner,uname"], stdout=subprocess.DEVNULL,
+                       stderr=terminal, check=True)
+        self.assertEqual(os.read(ours, 1000), b"\rqbreport: 1/2 banner\rqbreport: 2/2 uname \r" +
+                         b" " * 19 + b"\r")
 
 
 class Files(unittest.TestCase):
@@ -116,7 +125,7 @@ class Files(unittest.TestCase):
         self.assertEqual(target.read_bytes(), b"the old report")
         self.assertEqual(os.listdir(self.directory), ["report.txt"])
 
-    @unittest.skipIf(ON_WINDOWS, "the slow disk is this system's")
+    @unittest.skipIf(not SLOW_DISK, "the slow disk is this system's, and without sanitizers")
     def test_interrupted_run_leaves_the_old_file(self):
         target = self.directory / "report.txt"
         # By name and place: a preloaded file's path may hold no space.

@@ -42,11 +42,20 @@ std::optional<std::string> Library::Report(int kind, unsigned int flags,
 }
 
 const char* ArgumentFor(int kind) {
-    return kind == 10                 ? "C:\\windows\\system32"
-           : kind >= 11 && kind <= 13 ? "Software"
-           : kind == 15               ? "PATH"
-           : kind == 17               ? "QBSUPPORT.dll"
-                                      : nullptr;
+    switch (kind) {
+        case QbSupportAppDirectory:
+            return "C:\\windows\\system32";
+        case QbSupportRegistry:
+        case QbSupportUserAppKey:
+        case QbSupportMachineAppKey:
+            return "Software";
+        case QbSupportEnvironment:
+            return "PATH";
+        case QbSupportModule:
+            return "QBSUPPORT.dll";
+        default:
+            return nullptr;
+    }
 }
 
 std::string ProgramDirectory() {

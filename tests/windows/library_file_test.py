@@ -1,5 +1,6 @@
 """Checks the library file itself, and what its sources may name. Arguments: objdump, the DLL, the
 source directory, the product version."""
+import os
 import pathlib
 import re
 import subprocess
@@ -17,8 +18,8 @@ FORBIDDEN_IN_LIBRARY = re.compile(
 
 def file_problems(objdump, path, version):
     def dump(option):
-        return subprocess.run([objdump, option, path], check=True, capture_output=True,
-                              text=True).stdout
+        return subprocess.run([objdump, option, path], check=True, capture_output=True, text=True,
+                              env={**os.environ, "LC_ALL": "C"}).stdout
 
     headers = dump("-p")
     exports = (re.findall(r"\+base\[ *(\d+)\] \w+ Export RVA", headers),

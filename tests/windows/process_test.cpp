@@ -1,5 +1,4 @@
-// The library in a host's process: how it is found, many calls, threads, and that nothing of the
-// process changes.
+// The library in a host's process: many calls, and that nothing of the process changes.
 #include <direct.h>
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -7,65 +6,15 @@
 #include <psapi.h>
 #include <xmmintrin.h>
 
-#include <algorithm>
-#include <atomic>
-#include <cctype>
 #include <clocale>
 #include <cstdio>
 #include <cstring>
 #include <locale>
 #include <map>
-#include <thread>
 
 #include "library.h"
 
 namespace {
-
-TEST(Loading, NamesAndOrdinalsFindTheSameFunctions) {
-    const Library library;
-    const auto find = [&library](WORD ordinal) {
-        return reinterpret_cast<void*>(
-            GetProcAddress(static_cast<HMODULE>(library.module), MAKEINTRESOURCEA(ordinal)));
-    };
-    ASSERT_NE(library.getInfo, nullptr);
-    EXPECT_EQ(find(100), reinterpret_cast<void*>(library.getInfo));
-    EXPECT_EQ(find(101), reinterpret_cast<void*>(library.release));
-    EXPECT_EQ(Output("small_host.exe", "1 2"), library.Report(1, 2).value_or("nothing"));
-}
-
-// Time and memory change from call to call; only the shape of their lines stays.
-std::string Ask(const Library& library, int kind, bool first) {
-    const char* const other = kind == 17 ? "kernel32.dll" : "windir";
-    std::string text =
-        library.Report(kind, first ? 7 : 0, first ? ArgumentFor(kind) : other).value_or("failed");
-    if (kind == 2 || kind == 8) {
-        std::erase_if(
-            text, [](unsigned char letter) { return std::isdigit(letter) != 0 || letter == ','; });
-    }
-    return text;
-}
-
-// Threads that call at the same time ask for different things, so that a shared buffer shows.
-TEST(ConcurrentCalls, EachThreadGetsTheTextsOfAQuietProcess) {
-    const Library library;
-    library.Report(5, 0);  // loads a library,
-    library.Report(8, 0);  // and this another one, which the list of modules shows
-    for (int kind = 1; kind <= kLastKind; ++kind) {
-        const std::string expected[] = {Ask(library, kind, false), Ask(library, kind, true)};
-        const int rounds = kind == 16 ? 2 : 100;  // it reads every module's file
-        std::atomic<int> differences = 0;
-        std::vector<std::thread> threads;
-        for (int thread = 0; thread < 16; ++thread) {
-            threads.emplace_back([&, first = thread % 2 == 0] {
-                for (int i = 0; i < rounds; ++i) {
-                    differences += Ask(library, kind, first) != expected[first ? 1 : 0] ? 1 : 0;
-                }
-            });
-        }
-        std::ranges::for_each(threads, &std::thread::join);
-        EXPECT_EQ(differences, 0) << "kind " << kind;
-    }
-}
 
 struct Resources {
     std::size_t handle;

@@ -23,8 +23,6 @@ struct OSVERSIONINFOEXA {
 inline constexpr DWORD VER_MINORVERSION = 0x1;
 inline constexpr DWORD VER_MAJORVERSION = 0x2;
 inline constexpr DWORD VER_BUILDNUMBER = 0x4;
-inline constexpr DWORD VER_PLATFORMID = 0x8;
-inline constexpr DWORD VER_SERVICEPACKMINOR = 0x10;
 inline constexpr DWORD VER_SERVICEPACKMAJOR = 0x20;
 inline constexpr DWORD VER_SUITENAME = 0x40;
 inline constexpr DWORD VER_PRODUCT_TYPE = 0x80;

@@ -18,7 +18,6 @@ inline constexpr DWORD REG_SZ = 1;
 inline constexpr DWORD REG_EXPAND_SZ = 2;
 inline constexpr DWORD REG_BINARY = 3;
 inline constexpr DWORD REG_DWORD = 4;
-inline constexpr DWORD REG_MULTI_SZ = 7;
 
 LSTATUS APIENTRY RegOpenKeyExA(HKEY root, LPCSTR path, DWORD options, REGSAM access, HKEY* result);
 LSTATUS APIENTRY RegQueryValueExA(HKEY key, LPCSTR name, LPDWORD reserved, LPDWORD type,
