@@ -92,7 +92,7 @@ private:
     }
 
     void Release() {
-        if (m_block != nullptr) {
+        if (m_block != nullptr) {  // most arrays have none: the call is spared
             std::free(m_block);
         }
     }
