@@ -6,7 +6,6 @@
 #include <climits>
 #include <cstdio>
 #include <functional>
-#include <tuple>
 
 #include "faults/checked_call.h"
 #include "os/registry_values.h"
@@ -160,25 +159,31 @@ TEST(HostileData, ChangesBetweenTwoCalls) {
     const auto language = [](const std::string& name) {
         return [=](Machine& m) { m.locale[LOCALE_SENGLANGUAGE] = name; };
     };
-    const std::tuple<int, PlatformCall, std::uint64_t, Change, std::string> rows[] = {
+    const struct {
+        int kind;
+        PlatformCall call;
+        std::uint64_t ordinal;  // of that call among its function's
+        Change change;          // which comes right before it
+        std::string text;
+    } rows[] = {
         {17, PlatformCall::GetFileVersionInfoA, 1, version(std::string(9000, '9')),
          "  [No version info!]\r\n"},
         {17, PlatformCall::GetFileVersionInfoA, 1, version("9"), "viewer.exe  [9]\r\n"},
         {6, PlatformCall::GetLocaleInfoA, 4, language("Englisch"), "locale name:      \n"},
         {6, PlatformCall::GetLocaleInfoA, 4, language("En"), "locale name:      En\n"},
     };
-    for (const auto& [kind, changed, ordinal, change, text] : rows) {
+    for (const auto& row : rows) {
         const stand_in::ScopedMachine scope;
         version(std::string(8000, '3'))(stand_in::CurrentMachine());  // too large for the stack
         stand_in::beforeCall = [&](PlatformCall call, std::uint64_t number) {
-            if (call == changed && number == ordinal) {
-                change(stand_in::CurrentMachine());
+            if (call == row.call && number == row.ordinal) {
+                row.change(stand_in::CurrentMachine());
             }
         };
-        const CallOutcome outcome = CallAlone(kind, 0, "viewer.exe");
+        const CallOutcome outcome = CallAlone(row.kind, 0, "viewer.exe");
         stand_in::beforeCall = nullptr;
         EXPECT_EQ(outcome.violations, "");
-        EXPECT_NE(outcome.text.value_or("").find(text), std::string::npos) << *outcome.text;
+        EXPECT_NE(outcome.text.value_or("").find(row.text), std::string::npos) << *outcome.text;
     }
 }
 
