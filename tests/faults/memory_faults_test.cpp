@@ -82,6 +82,10 @@ TEST(MemoryFaults, EveryFailedAllocationFailsTheCall) {
             failed += FailEachAllocation(request, onlyOnce, true);
         }
     }
+    // A separator that no number needs.
+    stand_in::CurrentMachine().memory = {};
+    stand_in::CurrentMachine().processMemory = {};
+    failed += FailEachAllocation({QbSupportMemory, 0, ""}, true, false);
     std::printf("Tried: %zu failed allocations\n", failed);
 }
 
