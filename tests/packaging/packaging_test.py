@@ -128,6 +128,12 @@ def import_library(settings, scratch, name):
     shutil.copy(settings.product / "QBSUPPORT.dll", scratch)
     run(*emulator(settings), host, "report.txt", cwd=scratch)
     check_report((scratch / "report.txt").read_bytes())
+    # The same for the C++ convenience.
+    wrapper = b"""#include <qbsupport/qbsupport.hpp>
+        int main() { return qbsupport::Section(QbSupportUname, 1) == "Uname\\r\\n-----\\r\\n" ? 0 : 1; }"""
+    run(settings.cxx_compiler, "-std=c++17", f"-I{settings.source}/include", "-x", "c++", "-",
+        "-x", "none", library, "-static", "-o", host, input=wrapper)
+    run(*emulator(settings), host, cwd=scratch)
 
 
 def python_example(settings, scratch):
