@@ -16,6 +16,10 @@ PRODUCT = pathlib.Path(sys.argv[1]).resolve()
 OTHER_LIBRARY, SLOW_DISK = sys.argv[2:4]
 ON_WINDOWS = OTHER_LIBRARY.endswith(".dll")
 PROGRAM, LIBRARY = ("qbreport.exe", "QBSUPPORT.dll") if ON_WINDOWS else ("qbreport", "libQBSUPPORT.so")
+# Wine would start its services with each program. They are not needed, take most of the time, and
+# one that crashes as they end says so on the program's standard error.
+ENVIRONMENT = {**os.environ,
+               "WINEDLLOVERRIDES": os.environ.get("WINEDLLOVERRIDES", "") + ";services.exe=d"}
 TITLES = b"Date and Time|Operating System|Uname|User Name|Locale|Hardware|Memory:|System directories" \
     b"|Registry:|Application|Modules|Limits:|Display"
 
@@ -25,7 +29,7 @@ def run(*arguments, program=PRODUCT / PROGRAM, stdout=subprocess.PIPE, directory
     if limit is not None:
         launcher = ["prlimit", f"--fsize={limit}"]
     return subprocess.run([*launcher, program, *arguments], stdout=stdout, stderr=subprocess.PIPE,
-                          stdin=subprocess.DEVNULL, cwd=directory, timeout=120,
+                          stdin=subprocess.DEVNULL, cwd=directory, env=ENVIRONMENT, timeout=120,
                           restore_signals=False)
 
 
