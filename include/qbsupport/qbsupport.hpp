@@ -104,19 +104,19 @@ inline std::string LoadErrorText(DWORD error) {
     }
 }
 
-/// Loads a file; null with `error` set when that fails.
-inline ModuleHandle LoadModule(const char* fileName, std::string& error) {
-    const NoErrorDialogs noDialogs;
-    const ModuleHandle handle = LoadLibraryA(fileName);
-    if (handle == nullptr) {
-        error = LoadErrorText(GetLastError());
-    }
-    return handle;
+inline ModuleHandle LoadFile(const char* fileName) noexcept {
+    return LoadLibraryA(fileName);
 }
 
-inline ModuleHandle LoadModule(const wchar_t* fileName, std::string& error) {
+inline ModuleHandle LoadFile(const wchar_t* fileName) noexcept {
+    return LoadLibraryW(fileName);
+}
+
+/// Loads a file; null with `error` set when that fails.
+template <typename Character>
+ModuleHandle LoadModule(const Character* fileName, std::string& error) {
     const NoErrorDialogs noDialogs;
-    const ModuleHandle handle = LoadLibraryW(fileName);
+    const ModuleHandle handle = LoadFile(fileName);
     if (handle == nullptr) {
         error = LoadErrorText(GetLastError());
     }

@@ -43,7 +43,8 @@ struct FailedCall {
 /// The first since the fault was planned. Faults are for one thread at a time.
 const std::optional<FailedCall>& FirstFailedCall();
 
-/// What the world does before a call, which is told as above; nothing when it is empty.
+/// Runs before a call is answered, with which of its function's calls it is, so that a test can
+/// change the machine between two calls. Empty for nothing.
 extern std::function<void(PlatformCall call, std::uint64_t ordinal)> beforeCall;
 
 struct OpenHandles {
