@@ -29,7 +29,8 @@ std::string PlainOperatingSystem();
 std::string PlainMemory();
 std::string PlainModules();
 
-inline constexpr unsigned int kFlags = QbSupportHeadings | QbSupportSeparator | QbSupportIndent;
+inline constexpr unsigned int kFlags =
+    QbSupportFlagHeadings | QbSupportFlagSeparator | QbSupportFlagIndent;
 
 inline std::string KindName(const Section& section) {
     return "kind " + std::to_string(section.kind) + ' ' + section.name;

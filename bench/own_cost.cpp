@@ -12,7 +12,7 @@
 #include <map>
 
 #include "bench.h"
-#include "platform/stand_in/machine.h"
+#include "stand_in/machine.h"
 
 namespace {
 

@@ -3,8 +3,8 @@
 #include <cstdlib>
 
 #include "bench.h"
-#include "platform/stand_in/calls.h"
-#include "platform/stand_in/machine.h"
+#include "stand_in/calls.h"
+#include "stand_in/machine.h"
 
 namespace {
 

@@ -4,9 +4,9 @@
 #include <qbsupport/qbsupport.h>
 
 enum {
-    kHeaded = QbSupportHeadings | QbSupportIndent, /* lines of the next calls go below */
-    kWhole = kHeaded | QbSupportSeparator,
-    kLine = QbSupportIndent
+    kHeaded = QbSupportFlagHeadings | QbSupportFlagIndent, /* lines of the next calls go below */
+    kWhole = kHeaded | QbSupportFlagSeparator,
+    kLine = QbSupportFlagIndent
 };
 
 struct Part {

@@ -1,6 +1,6 @@
 // Kinds, flags and arguments of all sorts on a plain machine, with and without memory.
 #include "call_or_stop.h"
-#include "platform/stand_in/machine.h"
+#include "stand_in/machine.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     FuzzedDataProvider input(data, size);

@@ -2,8 +2,8 @@
 #include <clocale>
 
 #include "call_or_stop.h"
-#include "platform/stand_in/calls.h"
-#include "platform/stand_in/machine.h"
+#include "stand_in/calls.h"
+#include "stand_in/machine.h"
 
 namespace {
 

@@ -53,13 +53,13 @@ std::vector<std::string> Arguments(const Options& options, ArgumentSource source
 unsigned int FlagsFor(const std::vector<Call>& calls, std::size_t index, unsigned int flags) {
     const bool continued =
         index + 1 < calls.size() && IsContinuedBy(*calls[index].section, *calls[index + 1].section);
-    return continued ? flags & ~static_cast<unsigned int>(QbSupportSeparator) : flags;
+    return continued ? flags & ~static_cast<unsigned int>(QbSupportFlagSeparator) : flags;
 }
 
 // The library sets no single line apart, since it cannot know which one is the last of its group;
 // the next heading would stick to it.
 bool NeedsEmptyLine(const Section* before, const Section& section, unsigned int flags) {
-    return (flags & QbSupportSeparator) != 0 && before != nullptr && !HasSeparator(*before) &&
+    return (flags & QbSupportFlagSeparator) != 0 && before != nullptr && !HasSeparator(*before) &&
            !IsContinuedBy(*before, section);
 }
 

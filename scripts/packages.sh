@@ -19,7 +19,8 @@ windows_packages=(
 )
 
 native_packages=(
-    'g++  g++  builds on the stand-in platform'
+    'g++                                     g++               builds on the stand-in platform'
+    '/usr/share/mingw-w64/include/windows.h  mingw-w64-common  the declarations of the platform'
 )
 
 test_packages=(

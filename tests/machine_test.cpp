@@ -2,13 +2,12 @@
 #include <tuple>
 
 #include "directories/paths.h"
-#include "directories/registry_key_access.h"
 #include "machine/digit_grouping.h"
-#include "platform/stand_in/calls.h"
 #include "qbsupport/qbsupport.h"
+#include "stand_in/calls.h"
 #include "support.h"
 
-using qb_support::Text;
+using qb_support::CText;
 
 namespace {
 
@@ -48,8 +47,8 @@ TEST(DigitGroupingTest, Sizes) {
         {"", ",", 1234567890, "1234567890"},
     };
     for (const auto& [sizes, separator, number, expected] : rows) {
-        Text text;
-        qb_support::DigitGrouping(Text(sizes), Text(separator)).Append(text, number);
+        CText text;
+        qb_support::CDigitGrouping(CText(sizes), CText(separator)).Append(text, number);
         EXPECT_EQ(text.View(), expected) << sizes;
     }
 }
@@ -99,7 +98,7 @@ TEST_F(MachineTest, SystemDirectories) {
               "   AppData:     [C:\\Users\\ann\\Documents] (DIR:RW)\n\r\n");
     // Paths up to their buffers.
     using stand_in::Machine;
-    const std::tuple<std::string Machine::*, Text (*)(), std::size_t> rows[] = {
+    const std::tuple<std::string Machine::*, CText (*)(), std::size_t> rows[] = {
         {&Machine::systemDirectory, qb_support::GetSystemDirectoryPath, 1022},
         {&Machine::tempDirectory, qb_support::GetTempDirectoryPath, 1022},
         {&Machine::currentDirectory, qb_support::GetCurrentDirectoryPath, 259},
@@ -123,7 +122,8 @@ TEST_F(MachineTest, ApplicationDirectoryAndAttributes) {
     EXPECT_EQ(GetInfo(QbSupportAppDirectory, 0), "App:         [] (N/A)\n");
     const auto textOf = [this](DWORD attributes) {
         m_machine.attributes["C:/file"] = attributes;
-        return std::string(qb_support::FileAttributesText(Text("C:/file")).View());
+        const std::string line = GetInfo(QbSupportAppDirectory, 0, "C:/file").value_or("(\n");
+        return line.substr(line.find('(') + 1, line.size() - line.find('(') - 3);
     };
     const char* const bits[] = {"RO",     "HID:RW", "SYS:RW",  "RW",     "DIR:RW", "ARCH:RW",
                                 "DEV:RW", "NOR:RW", "TEMP:RW", "SPA:RW", "REP:RW", "COMP:RW",
@@ -158,8 +158,9 @@ TEST_F(MachineTest, RegistryKeysAndTheirWidestAccess) {
     for (const auto& [access, text] : rows) {
         m_machine.currentUser["Key"] = {access};
         stand_in::ResetCalls();
-        EXPECT_EQ(qb_support::RegistryKeyAccessText(HKEY_CURRENT_USER, Text("Key")).View(), text);
-        EXPECT_EQ(stand_in::CallsMade(stand_in::PlatformCall::RegOpenKeyExA), 3U) << text;
+        EXPECT_EQ(GetInfo(QbSupportUserAppKey, 0, "Key"),
+                  "App:          [HKEY_CURRENT_USER\\Key] " + std::string(text) + '\n');
+        EXPECT_EQ(stand_in::CallsMade("RegOpenKeyExA"), 3U) << text;
     }
 }
 

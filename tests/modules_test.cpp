@@ -1,8 +1,8 @@
 // Loaded modules, their product versions, and the warnings about them.
 #include <tuple>
 
-#include "platform/stand_in/calls.h"
 #include "qbsupport/qbsupport.h"
+#include "stand_in/calls.h"
 #include "support.h"
 
 using stand_in::ProductVersion;
@@ -47,7 +47,7 @@ TEST_F(ModulesTest, TriesAgainWhileTheProcessLoadsModules) {
     Host().modules = {{"viewer.exe", "viewer.exe"}};
     m_machine.badLengthAnswers = 99;
     EXPECT_EQ(GetModules(0, nullptr, ""), "viewer.exe  [3.2.1.0]\r\n\r\n");
-    EXPECT_EQ(stand_in::CallsMade(stand_in::PlatformCall::CreateToolhelp32Snapshot), 100U);
+    EXPECT_EQ(stand_in::CallsMade("CreateToolhelp32Snapshot"), 100U);
 }
 
 TEST_F(ModulesTest, WarningTexts) {

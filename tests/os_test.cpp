@@ -7,11 +7,11 @@
 #include "os/product_edition.h"
 #include "os/registry_values.h"
 #include "os/version_tests.h"
-#include "platform/stand_in/calls.h"
 #include "qbsupport/qbsupport.h"
+#include "stand_in/calls.h"
 #include "support.h"
 
-using qb_support::Text;
+using qb_support::CText;
 using stand_in::RegistryNumber;
 using stand_in::RegistryText;
 using stand_in::RegistryValue;
@@ -28,9 +28,9 @@ protected:
                                            DWORD platform = VER_PLATFORM_WIN32_NT) {
         const OSVERSIONINFOEXA version{156, major, minor,  build,       platform, {},
                                        0,   0,     suites, productType, 0};
-        Text name("stale");
-        Text wordSize("stale");
-        Text other[5];
+        CText name("stale");
+        CText wordSize("stale");
+        CText other[5];
         const bool hasName = ComposeOsName(version, name, other[0], other[1], other[2], wordSize,
                                            other[3], other[4]);
         name << ", " << wordSize;
@@ -170,8 +170,8 @@ TEST_F(OsTest, Editions) {
     for (const DWORD productType : {0x00U, 0x39U, 0x41U, 0x50U, 0x66U, 0x68U, 0x101U}) {
         editions[productType] = "Enterprise";  // as the registry says
     }
-    Text text("stale");
-    Text identifier("stale");
+    CText text("stale");
+    CText identifier("stale");
     for (const auto& [productType, edition] : editions) {
         m_machine.productInfo = productType;
         EXPECT_TRUE(qb_support::GetOsEdition(10, 0, text, identifier));
@@ -200,7 +200,7 @@ TEST_F(OsTest, RegistryValues) {
         {"missing", {}, kNone},
     };
     for (const auto& [name, string, number] : rows) {
-        Text text("stale");
+        CText text("stale");
         std::uint32_t actual = 1;
         EXPECT_EQ(qb_support::ReadRegistryString("Key", name, text), string.has_value()) << name;
         EXPECT_EQ(text.View(), string.value_or("")) << name;
@@ -208,7 +208,7 @@ TEST_F(OsTest, RegistryValues) {
         EXPECT_EQ(actual, number) << name;
     }
     m_machine.localMachine["Key"].access = KEY_QUERY_VALUE;  // less than reading asks for
-    Text text;
+    CText text;
     std::uint32_t number = 1;
     EXPECT_FALSE(qb_support::ReadRegistryString("Key", "cut", text));
     EXPECT_FALSE(qb_support::ReadRegistryDword("Key", "number", number));
@@ -218,8 +218,7 @@ TEST_F(OsTest, RegistryValues) {
 class VersionTestsTest : public DescribedMachineTest {
 protected:
     static std::uint64_t QuestionsAsked() {
-        const std::uint64_t questions =
-            stand_in::CallsMade(stand_in::PlatformCall::VerifyVersionInfoA);
+        const std::uint64_t questions = stand_in::CallsMade("VerifyVersionInfoA");
         EXPECT_EQ(stand_in::CallsMade(), 2 * questions);  // each with a condition mask of its own
         stand_in::ResetCalls();
         return questions;
@@ -229,7 +228,7 @@ protected:
     static std::string Find(bool (*search)(OSVERSIONINFOEXA&)) {
         OSVERSIONINFOEXA version;
         stand_in::FillWithGarbage(&version, sizeof version);
-        Text text(search(version) ? "found " : "none ");
+        CText text(search(version) ? "found " : "none ");
         text << version.dwMajorVersion << '.' << version.dwMinorVersion << '.'
              << version.dwBuildNumber << " pack " << version.wServicePackMajor << '.'
              << version.wServicePackMinor << " platform " << version.dwPlatformId << " type "

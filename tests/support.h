@@ -7,7 +7,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/stand_in/machine.h"
+#include "stand_in/machine.h"
 
 // The text of one section, nothing when the call failed. Checks what faults::CallAlone does. Not
 // for several threads at once: what they have open would be taken for a leak.

@@ -43,9 +43,10 @@ enum QbSupportKind {
 /** How a section is written: the `flags` of QbSupportGetInfo, combined with `|`. Other bits are
  * ignored. */
 enum QbSupportFlags {
-    QbSupportHeadings = 1,  /**< start the section with its title and underline */
-    QbSupportSeparator = 2, /**< end the section with an empty line (not kinds 10, 12, 13, 17) */
-    QbSupportIndent = 4     /**< indent content lines by three spaces */
+    QbSupportFlagHeadings = 1, /**< start the section with its title and underline */
+    QbSupportFlagSeparator =
+        2,                  /**< end the section with an empty line (not kinds 10, 12, 13, 17) */
+    QbSupportFlagIndent = 4 /**< indent content lines by three spaces */
 };
 
 /**

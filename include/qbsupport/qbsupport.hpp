@@ -26,7 +26,8 @@
 namespace qbsupport {
 
 /// Headings, separators and indent: how a section of a whole report is written.
-inline constexpr unsigned int kAllFlags = QbSupportHeadings | QbSupportSeparator | QbSupportIndent;
+inline constexpr unsigned int kAllFlags =
+    QbSupportFlagHeadings | QbSupportFlagSeparator | QbSupportFlagIndent;
 
 /// The library's file name on this system.
 #ifdef _WIN32

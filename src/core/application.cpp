@@ -1,4 +1,6 @@
 // The Application section and the single environment variable.
+#include <cstring>
+
 #include "core/collector.h"
 #include "directories/paths.h"
 
@@ -11,15 +13,15 @@ constexpr const char* kVariables[] = {"QB_ROOT_PATH", "PRODUCT", "PACKET", "HOME
 // The run-time library treats a longer name as a programming error and may end the process.
 constexpr std::size_t kLongestVariableName = 32766;
 
-const char* FindVariable(std::string_view name) {
-    return name.size() <= kLongestVariableName ? getenv(name.data()) : nullptr;
+const char* FindVariable(const char* name) {
+    return std::strlen(name) <= kLongestVariableName ? getenv(name) : nullptr;
 }
 
 }  // namespace
 
-bool CQbSupportWindows::GetApplicationInfo(Text& result, Text& argument) {
+bool CQbSupportWindows::GetApplicationInfo(CText& result, CText& argument) {
     CQbSupport::GetApplicationInfo(result, argument);
-    const Text path = GetExecutablePath();
+    const CText path = GetExecutablePath();
     result << m_indent << "Application: ";
     if (path.Empty()) {
         result << "Can not get application binary location!\n";
@@ -27,14 +29,14 @@ bool CQbSupportWindows::GetApplicationInfo(Text& result, Text& argument) {
         result << '[' << path << "]\n";
     }
     for (const char* const variable : kVariables) {
-        Text name(variable);
+        CText name(variable);
         GetEnvironmentInfo(result, name);
     }
     return true;
 }
 
-bool CQbSupportWindows::GetEnvironmentInfo(Text& result, Text& argument) {
-    const std::string_view name = argument.CStr();
+bool CQbSupportWindows::GetEnvironmentInfo(CText& result, CText& argument) {
+    const char* const name = argument.CStr();
     const char* const value = FindVariable(name);
     result << m_indent << "Environment: [" << name << "] = ";
     if (value != nullptr) {

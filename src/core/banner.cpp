@@ -26,14 +26,14 @@ constexpr std::string_view kLines[] = {
     "does not include any passwords or other sensitive data.",
 };
 
-void AppendRule(Text& result) {
+void AppendRule(CText& result) {
     result.Fill('=', kWidth);
     result << "\r\n";
 }
 
 }  // namespace
 
-bool CQbSupport::GetBannerInfo(Text& result) {
+bool CQbSupport::GetBannerInfo(CText& result) {
     AppendRule(result);
     for (const std::string_view line : kLines) {
         result << line;

@@ -3,7 +3,7 @@
 
 namespace qb_support {
 
-void CQbSupport::AppendHeading(Text& result, std::string_view title) const {
+void CQbSupport::AppendHeading(CText& result, std::string_view title) const {
     if (m_headings) {
         result << title << "\r\n";
         result.Fill('-', title.size());
@@ -11,55 +11,55 @@ void CQbSupport::AppendHeading(Text& result, std::string_view title) const {
     }
 }
 
-bool CQbSupport::GetOperatingSystemInfo(Text& result) {
+bool CQbSupport::GetOperatingSystemInfo(CText& result) {
     AppendHeading(result, "Operating System");
     return true;
 }
 
-bool CQbSupport::GetUnameInfo(Text& result) {
+bool CQbSupport::GetUnameInfo(CText& result) {
     AppendHeading(result, "Uname");
     return true;
 }
 
-bool CQbSupport::GetUserNameInfo(Text& result) {
+bool CQbSupport::GetUserNameInfo(CText& result) {
     AppendHeading(result, "User Name");
     return true;
 }
 
-bool CQbSupport::GetHardwareInfo(Text& result) {
+bool CQbSupport::GetHardwareInfo(CText& result) {
     AppendHeading(result, "Hardware");
     return true;
 }
 
-bool CQbSupport::GetSystemDirectoriesInfo(Text& result) {
+bool CQbSupport::GetSystemDirectoriesInfo(CText& result) {
     AppendHeading(result, "System directories");
     return true;
 }
 
-bool CQbSupport::GetMemoryInfo(Text& result) {
+bool CQbSupport::GetMemoryInfo(CText& result) {
     AppendHeading(result, "Memory:");
     return true;
 }
 
-bool CQbSupport::GetLimitsInfo(Text& result) {
+bool CQbSupport::GetLimitsInfo(CText& result) {
     AppendHeading(result, "Limits:");
     return true;
 }
 
-bool CQbSupport::GetAppDirectoryInfo(Text& /*result*/, Text& /*argument*/) {
+bool CQbSupport::GetAppDirectoryInfo(CText& /*result*/, CText& /*argument*/) {
     return true;
 }
 
-bool CQbSupport::GetApplicationInfo(Text& result, Text& /*argument*/) {
+bool CQbSupport::GetApplicationInfo(CText& result, CText& /*argument*/) {
     AppendHeading(result, "Application");
     return true;
 }
 
-bool CQbSupport::GetEnvironmentInfo(Text& /*result*/, Text& /*argument*/) {
+bool CQbSupport::GetEnvironmentInfo(CText& /*result*/, CText& /*argument*/) {
     return true;
 }
 
-bool CQbSupport::GetModulesInfo(Text& result, Text& argument) {
+bool CQbSupport::GetModulesInfo(CText& result, CText& argument) {
     if (m_headings) {
         result << "Modules";
         if (!argument.Empty()) {
@@ -71,44 +71,43 @@ bool CQbSupport::GetModulesInfo(Text& result, Text& argument) {
     return true;
 }
 
-bool CQbSupport::GetModuleInfo(Text& result, Text& /*argument*/) {
+bool CQbSupport::GetModuleInfo(CText& result, CText& /*argument*/) {
     AppendHeading(result, "Module:");
     return true;
 }
 
-bool CQbSupport::GetRegistryInfo(Text& result, Text& /*argument*/) {
+bool CQbSupport::GetRegistryInfo(CText& result, CText& /*argument*/) {
     AppendHeading(result, "Registry:");
     return true;
 }
 
-bool CQbSupport::GetUserAppKeyInfo(Text& /*result*/, Text& /*argument*/) {
+bool CQbSupport::GetUserAppKeyInfo(CText& /*result*/, CText& /*argument*/) {
     return true;
 }
 
-bool CQbSupport::GetMachineAppKeyInfo(Text& /*result*/, Text& /*argument*/) {
+bool CQbSupport::GetMachineAppKeyInfo(CText& /*result*/, CText& /*argument*/) {
     return true;
 }
 
-bool CQbSupport::GetReservedInfo(Text& /*result*/, Text& /*argument*/) {
+bool CQbSupport::GetReservedInfo(CText& /*result*/, CText& /*argument*/) {
     return false;
 }
 
-bool CQbSupport::GetDisplayInfo(Text& result, Text& /*argument*/) {
+bool CQbSupport::GetDisplayInfo(CText& result, CText& /*argument*/) {
     AppendHeading(result, "Display");
     return true;
 }
 
-bool CQbSupport::AppendEnvironmentNotSet(const char* prefix, const char* name, Text& result) {
+bool CQbSupport::AppendEnvironmentNotSet(const char* prefix, const char* name, CText& result) {
     result << prefix << "[Environment '" << name << "' not set]\n";
     return true;
 }
 
-bool CQbSupport::AppendEnvironmentBegin(const char* /*name*/, Text& result) {
-    result << "";  // the list of variables needs no opening mark
+bool CQbSupport::AppendEnvironmentBegin(const char* /*name*/, CText& /*result*/) {
     return true;
 }
 
-bool CQbSupport::AppendEnvironmentEnd(const char* /*prefix*/, const char* /*name*/, Text& result) {
+bool CQbSupport::AppendEnvironmentEnd(const char* /*prefix*/, const char* /*name*/, CText& result) {
     result << "]\n";
     return true;
 }

@@ -25,94 +25,95 @@ public:
     CQbSupport& operator=(const CQbSupport&) = delete;
 
     virtual ~CQbSupport() = default;
-    virtual bool GetBannerInfo(Text& result);
-    virtual bool GetDateTimeInfo(Text& result);
-    virtual bool GetOperatingSystemInfo(Text& result);
-    virtual bool GetUnameInfo(Text& result);
-    virtual bool GetUserNameInfo(Text& result);
-    virtual bool GetLocaleSectionInfo(Text& result);
-    virtual bool GetHardwareInfo(Text& result);
-    virtual bool GetSystemDirectoriesInfo(Text& result);
-    virtual bool GetMemoryInfo(Text& result);
-    virtual bool GetLimitsInfo(Text& result);
-    virtual bool GetAppDirectoryInfo(Text& result, Text& argument);
-    virtual bool GetApplicationInfo(Text& result, Text& argument);
-    virtual bool GetEnvironmentInfo(Text& result, Text& argument);
-    virtual bool GetModulesInfo(Text& result, Text& argument);
-    virtual bool GetModuleInfo(Text& result, Text& argument);
-    virtual bool GetRegistryInfo(Text& result, Text& argument);
-    virtual bool GetUserAppKeyInfo(Text& result, Text& argument);
-    virtual bool GetMachineAppKeyInfo(Text& result, Text& argument);
-    virtual bool GetReservedInfo(Text& result, Text& argument);
-    virtual bool GetDisplayInfo(Text& result, Text& argument);
+    virtual bool GetBannerInfo(CText& result);
+    virtual bool GetDateTimeInfo(CText& result);
+    virtual bool GetOperatingSystemInfo(CText& result);
+    virtual bool GetUnameInfo(CText& result);
+    virtual bool GetUserNameInfo(CText& result);
+    virtual bool GetLocaleSectionInfo(CText& result);
+    virtual bool GetHardwareInfo(CText& result);
+    virtual bool GetSystemDirectoriesInfo(CText& result);
+    virtual bool GetMemoryInfo(CText& result);
+    virtual bool GetLimitsInfo(CText& result);
+    virtual bool GetAppDirectoryInfo(CText& result, CText& argument);
+    virtual bool GetApplicationInfo(CText& result, CText& argument);
+    virtual bool GetEnvironmentInfo(CText& result, CText& argument);
+    virtual bool GetModulesInfo(CText& result, CText& argument);
+    virtual bool GetModuleInfo(CText& result, CText& argument);
+    virtual bool GetRegistryInfo(CText& result, CText& argument);
+    virtual bool GetUserAppKeyInfo(CText& result, CText& argument);
+    virtual bool GetMachineAppKeyInfo(CText& result, CText& argument);
+    virtual bool GetReservedInfo(CText& result, CText& argument);
+    virtual bool GetDisplayInfo(CText& result, CText& argument);
 
-    // Helpers for a collector on a system whose environment is listed with markers around it.
-    virtual bool AppendEnvironmentNotSet(const char* prefix, const char* name, Text& result);
-    virtual bool AppendEnvironmentBegin(const char* name, Text& result);
-    virtual bool AppendEnvironmentEnd(const char* prefix, const char* name, Text& result);
+    // Helpers for a collector whose environment is listed with markers around each variable. No
+    // section calls them so far. Always true.
+    virtual bool AppendEnvironmentNotSet(const char* prefix, const char* name, CText& result);
+    virtual bool AppendEnvironmentBegin(const char* name, CText& result);
+    virtual bool AppendEnvironmentEnd(const char* prefix, const char* name, CText& result);
 
-    // The time zone in force. UTC = local time + bias.
+    // The time zone in force, as the Date and Time section shows it. UTC = local time + bias. Here
+    // always true, with zeros when the platform gives none; a collector that returns false shows
+    // the time alone.
     //   biasSeconds    the bias now, the standard or daylight part included, in seconds
     //   isDaylight     whether daylight saving time is in force
     //   biasText       the base bias, without either part, as hours:minutes and "h"
     //   biasMinutes    the base bias in minutes
     //   daylightBias   the daylight part in minutes, in force or not
-    virtual bool GetTimeZone(std::int32_t& biasSeconds, bool& isDaylight, Text& biasText,
+    virtual bool GetTimeZone(std::int32_t& biasSeconds, bool& isDaylight, CText& biasText,
                              std::int32_t& biasMinutes, std::int32_t& daylightBias);
 
     // Runs the section that `kind` selects under `flags` (both as in the public header) on an
     // emptied `result`, then writes the separator when that was asked for. Returns what the section
     // returned, false for an unknown kind.
-    bool GetInfo(int kind, unsigned int flags, Text& result, Text& argument);
+    bool GetInfo(int kind, unsigned int flags, CText& result, CText& argument);
 
-    // Collectors live on the stack; the virtual destructor still names a way to free one.
+    // Collectors live on the stack. The virtual destructor refers to a way to free one all the
+    // same, and the run-time library's own is not linked.
     static void* operator new(std::size_t size) = delete;
     static void operator delete(void* block) { std::free(block); }
 
 protected:
     // Writes the title and its underline when headings are on.
-    void AppendHeading(Text& result, std::string_view title) const;
+    void AppendHeading(CText& result, std::string_view title) const;
 
     std::uint32_t m_flags = 0;  // the call's option flags, unchanged
     bool m_headings = false;    // sections write their heading
     bool m_separator = false;   // an empty line ends the section
     bool m_indentOn = false;    // content lines are indented
-    Text m_indent;              // what content lines start with: nothing, or three spaces
-
-private:
-    bool RunSection(int kind, Text& result, Text& argument);
+    CText m_indent;             // what content lines start with: nothing, or three spaces
 };
 
 // The collector for Windows.
 class CQbSupportWindows : public CQbSupport {
 public:
-    bool GetOperatingSystemInfo(Text& result) override;
-    bool GetUserNameInfo(Text& result) override;
-    bool GetLocaleSectionInfo(Text& result) override;
-    bool GetHardwareInfo(Text& result) override;
-    bool GetSystemDirectoriesInfo(Text& result) override;
-    bool GetMemoryInfo(Text& result) override;
-    bool GetAppDirectoryInfo(Text& result, Text& argument) override;
-    bool GetApplicationInfo(Text& result, Text& argument) override;
-    bool GetEnvironmentInfo(Text& result, Text& argument) override;
-    bool GetModulesInfo(Text& result, Text& argument) override;
-    bool GetModuleInfo(Text& result, Text& argument) override;
-    bool GetRegistryInfo(Text& result, Text& argument) override;
-    bool GetUserAppKeyInfo(Text& result, Text& argument) override;
-    bool GetMachineAppKeyInfo(Text& result, Text& argument) override;
-    bool GetDisplayInfo(Text& result, Text& argument) override;
+    bool GetOperatingSystemInfo(CText& result) override;
+    bool GetUserNameInfo(CText& result) override;
+    bool GetLocaleSectionInfo(CText& result) override;
+    bool GetHardwareInfo(CText& result) override;
+    bool GetSystemDirectoriesInfo(CText& result) override;
+    bool GetMemoryInfo(CText& result) override;
+    bool GetAppDirectoryInfo(CText& result, CText& argument) override;
+    bool GetApplicationInfo(CText& result, CText& argument) override;
+    bool GetEnvironmentInfo(CText& result, CText& argument) override;
+    bool GetModulesInfo(CText& result, CText& argument) override;
+    bool GetModuleInfo(CText& result, CText& argument) override;
+    bool GetRegistryInfo(CText& result, CText& argument) override;
+    bool GetUserAppKeyInfo(CText& result, CText& argument) override;
+    bool GetMachineAppKeyInfo(CText& result, CText& argument) override;
+    bool GetDisplayInfo(CText& result, CText& argument) override;
 
 private:
     // One line for each module of the process: 1 after a complete walk, 0 when the modules could
     // not be had (a warning then stands on standard output).
-    int ListProcessModules(DWORD processId, Text& result);
+    int ListProcessModules(DWORD processId, CText& result);
 
     // Adds a monitor to the collector that `collector` points to; stops the enumeration when there
     // is no memory for it.
     static BOOL CALLBACK EnumMonitorCallback(HMONITOR monitor, HDC deviceContext, RECT* rectangle,
                                              LPARAM collector);
 
-    GrowableArray<HMONITOR, 8> m_monitors;  // in the platform's order
+    CGrowableArray<HMONITOR, 8> m_monitors;  // in the platform's order
 };
 
 }  // namespace qb_support

@@ -17,27 +17,27 @@ constexpr std::int32_t SecondsOf(LONG minutes, LONG moreMinutes) {
     return static_cast<std::int32_t>(sum * 60U);
 }
 
-void AppendHoursAndMinutes(Text& text, std::int32_t minutes) {
+void AppendHoursAndMinutes(CText& text, std::int32_t minutes) {
     text << minutes / 60 << ':' << Magnitude(minutes) % 60 << 'h';
 }
 
-void AppendCurrentTime(Text& result) {
+void AppendCurrentTime(CText& result) {
     const auto now = _time64(nullptr);
-    // It ends in a line feed of its own, and is null for a clock beyond the year 3000.
+    // It ends in a line feed of its own, and is null outside the years that the run time knows.
     const char* const text = _ctime64(&now);
     result << (text != nullptr ? text : "\n");
 }
 
 }  // namespace
 
-bool CQbSupport::GetDateTimeInfo(Text& result) {
+bool CQbSupport::GetDateTimeInfo(CText& result) {
     AppendHeading(result, "Date and Time");
     result << m_indent;
     AppendCurrentTime(result);
 
     std::int32_t biasSeconds = 0;
     bool isDaylight = false;
-    Text biasText;
+    CText biasText;
     std::int32_t biasMinutes = 0;
     std::int32_t daylightBias = 0;
     if (!GetTimeZone(biasSeconds, isDaylight, biasText, biasMinutes, daylightBias)) {
@@ -60,7 +60,7 @@ bool CQbSupport::GetDateTimeInfo(Text& result) {
     return true;
 }
 
-bool CQbSupport::GetTimeZone(std::int32_t& biasSeconds, bool& isDaylight, Text& biasText,
+bool CQbSupport::GetTimeZone(std::int32_t& biasSeconds, bool& isDaylight, CText& biasText,
                              std::int32_t& biasMinutes, std::int32_t& daylightBias) {
     isDaylight = false;
 

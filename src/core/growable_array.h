@@ -17,22 +17,22 @@ namespace qb_support {
 // stays true, so that its owner appends freely and asks once at the end. What is appended must not
 // lie in the array itself.
 template <typename Value, std::size_t InlineCapacity>
-class GrowableArray {
+class CGrowableArray {
     static_assert(std::is_trivially_copyable_v<Value> && InlineCapacity > 0);
 
 public:
-    GrowableArray() { m_inline[0] = Value{}; }
-    GrowableArray(GrowableArray&& other) noexcept { Take(other); }
-    GrowableArray(const GrowableArray&) = delete;
-    GrowableArray& operator=(const GrowableArray&) = delete;
-    GrowableArray& operator=(GrowableArray&& other) noexcept {
+    CGrowableArray() { m_inline[0] = Value{}; }
+    CGrowableArray(CGrowableArray&& other) noexcept { Take(other); }
+    CGrowableArray(const CGrowableArray&) = delete;
+    CGrowableArray& operator=(const CGrowableArray&) = delete;
+    CGrowableArray& operator=(CGrowableArray&& other) noexcept {
         if (this != &other) {
             Release();
             Take(other);
         }
         return *this;
     }
-    ~GrowableArray() { Release(); }
+    ~CGrowableArray() { Release(); }
 
     [[nodiscard]] bool Failed() const { return m_failed; }
     void Fail() { m_failed = true; }
@@ -68,16 +68,18 @@ public:
 private:
     [[nodiscard]] Value* MutableData() { return m_block != nullptr ? m_block : m_inline; }
 
-    // Moves to a block that holds `count` values more, half as large again at the least, so that
-    // appending stays linear and old and new block together stay below three times the values.
+    // Moves to a block that holds `count` values more: at least 1 KB, in which nearly every section
+    // fits, and half as large again, so that appending stays linear and old and new block together
+    // stay below three times the values.
     bool Grow(std::size_t count) {
+        constexpr std::size_t kSmallestBlock = 1024 / sizeof(Value);
         // A size that no block can have; the sums below cannot overflow under it.
         constexpr std::size_t kTooMany =
             std::numeric_limits<std::size_t>::max() / sizeof(Value) / 4;
         Value* block = nullptr;
         std::size_t capacity = 0;
         if (count < kTooMany) {
-            capacity = std::max(m_size + count, m_capacity + m_capacity / 2);
+            capacity = std::max({m_size + count, m_capacity + m_capacity / 2, kSmallestBlock});
             block = static_cast<Value*>(std::malloc((capacity + 1) * sizeof(Value)));
         }
         if (block == nullptr) {
@@ -97,7 +99,7 @@ private:
         }
     }
 
-    void Take(GrowableArray& other) {
+    void Take(CGrowableArray& other) {
         m_block = other.m_block;
         m_size = other.m_size;
         m_capacity = other.m_capacity;

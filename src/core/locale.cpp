@@ -2,7 +2,7 @@
 #include <algorithm>
 
 #include "core/collector.h"
-#include "core/locale_value.h"
+#include "core/locale.h"
 
 namespace qb_support {
 
@@ -23,11 +23,11 @@ constexpr int kValueSize = 1024;
 
 using ValueBuffer = char[kValueSize];
 
-Text ValueText(const ValueBuffer& value, bool isWhole) {
-    return isWhole ? Text(BufferText(value)) : Text();
+CText ValueText(const ValueBuffer& value, bool isWhole) {
+    return isWhole ? CText(BufferText(value)) : CText();
 }
 
-Text SystemLanguageName() {
+CText SystemLanguageName() {
     ValueBuffer name = {};
     const DWORD length = VerLanguageNameA(GetSystemDefaultLangID(), name, kValueSize);
     return ValueText(name, length > 0 && length < kValueSize);
@@ -35,7 +35,7 @@ Text SystemLanguageName() {
 
 }  // namespace
 
-Text QueryLocaleValue(LCTYPE lctype) {
+CText QueryLocaleValue(LCTYPE lctype) {
     const int needed = GetLocaleInfoA(LOCALE_USER_DEFAULT, lctype, nullptr, 0);
     ValueBuffer value = {};
     const int offered = std::clamp(needed, 0, kValueSize);
@@ -44,7 +44,7 @@ Text QueryLocaleValue(LCTYPE lctype) {
     return ValueText(value, offered > 0 && offered == needed && written > 0);
 }
 
-bool CQbSupport::GetLocaleSectionInfo(Text& result) {
+bool CQbSupport::GetLocaleSectionInfo(CText& result) {
     AppendHeading(result, "Locale");
     for (const Category& category : kCategories) {
         const char* const setting = setlocale(category.category, nullptr);
@@ -55,7 +55,7 @@ bool CQbSupport::GetLocaleSectionInfo(Text& result) {
     return true;
 }
 
-bool CQbSupportWindows::GetLocaleSectionInfo(Text& result) {
+bool CQbSupportWindows::GetLocaleSectionInfo(CText& result) {
     CQbSupport::GetLocaleSectionInfo(result);
     result << m_indent << "Windows language:      " << SystemLanguageName() << '\n'
            << m_indent << "User locale ID:        " << QueryLocaleValue(LOCALE_ILANGUAGE) << '\n'

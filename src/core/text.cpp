@@ -8,11 +8,11 @@ namespace qb_support {
 namespace {
 
 // The decimal digits of a number, with its sign.
-class Digits {
+class CDigits {
 public:
-    explicit Digits(std::uint64_t number)
+    explicit CDigits(std::uint64_t number)
         : m_end(std::to_chars(m_characters, m_characters + sizeof(m_characters), number).ptr) {}
-    explicit Digits(std::int64_t number)
+    explicit CDigits(std::int64_t number)
         : m_end(std::to_chars(m_characters, m_characters + sizeof(m_characters), number).ptr) {}
 
     [[nodiscard]] std::string_view View() const {
@@ -26,7 +26,7 @@ private:
 
 }  // namespace
 
-Text& Text::operator<<(std::string_view text) {
+CText& CText::operator<<(std::string_view text) {
     char* const room = m_characters.Extend(text.size());
     if (room != nullptr && !text.empty()) {
         std::memcpy(room, text.data(), text.size());
@@ -34,47 +34,47 @@ Text& Text::operator<<(std::string_view text) {
     return *this;
 }
 
-Text& Text::operator<<(const char* text) {
+CText& CText::operator<<(const char* text) {
     return *this << std::string_view(text);
 }
 
-Text& Text::operator<<(const Text& text) {
+CText& CText::operator<<(const CText& text) {
     if (text.Failed()) {
         Fail();
     }
     return *this << text.View();
 }
 
-Text& Text::operator<<(char character) {
+CText& CText::operator<<(char character) {
     m_characters.Append(character);
     return *this;
 }
 
-Text& Text::operator<<(Padded padded) {
-    const Digits digits(std::int64_t{padded.number});
+CText& CText::operator<<(Padded padded) {
+    const CDigits digits(std::int64_t{padded.number});
     if (digits.View().size() < padded.width) {
         Fill(' ', padded.width - digits.View().size());
     }
     return *this << digits.View();
 }
 
-void Text::Fill(char character, std::size_t count) {
+void CText::Fill(char character, std::size_t count) {
     char* const room = m_characters.Extend(count);
     if (room != nullptr) {
         std::memset(room, character, count);
     }
 }
 
-Text& Text::AppendSigned(std::int64_t number) {
-    return *this << Digits(number).View();
+CText& CText::AppendSigned(std::int64_t number) {
+    return *this << CDigits(number).View();
 }
 
-Text& Text::AppendUnsigned(std::uint64_t number) {
-    return *this << Digits(number).View();
+CText& CText::AppendUnsigned(std::uint64_t number) {
+    return *this << CDigits(number).View();
 }
 
-void ReplaceAll(Text& text, std::string_view from, std::string_view to) {
-    Text replaced;
+void ReplaceAll(CText& text, std::string_view from, std::string_view to) {
+    CText replaced;
     std::string_view rest = text.View();
     for (std::size_t found = rest.find(from); found != std::string_view::npos;
          found = rest.find(from)) {

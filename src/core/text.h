@@ -24,10 +24,10 @@ struct Padded {
 // throws: when memory runs out it remembers so and ignores what follows, and every text that it is
 // appended to remembers it too. Texts up to 288 characters (any path that fits MAX_PATH, any
 // registry text that we read) need no memory of their own.
-class Text {
+class CText {
 public:
-    Text() = default;
-    explicit Text(std::string_view text) { *this << text; }
+    CText() = default;
+    explicit CText(std::string_view text) { *this << text; }
 
     [[nodiscard]] bool Failed() const { return m_characters.Failed(); }
     void Fail() { m_characters.Fail(); }
@@ -41,15 +41,15 @@ public:
     // Makes the text empty and keeps its memory and a remembered failure.
     void Clear() { m_characters.Clear(); }
 
-    Text& operator<<(std::string_view text);
-    Text& operator<<(const char* text);
-    Text& operator<<(const Text& text);
-    Text& operator<<(char character);
-    Text& operator<<(Padded padded);
+    CText& operator<<(std::string_view text);
+    CText& operator<<(const char* text);
+    CText& operator<<(const CText& text);
+    CText& operator<<(char character);
+    CText& operator<<(Padded padded);
 
     // Plain decimal, without grouping.
     template <std::integral Number>
-    Text& operator<<(Number number) {
+    CText& operator<<(Number number) {
         if constexpr (std::is_signed_v<Number>) {
             return AppendSigned(number);
         } else {
@@ -61,15 +61,15 @@ public:
     void Fill(char character, std::size_t count);
 
 private:
-    Text& AppendSigned(std::int64_t number);
-    Text& AppendUnsigned(std::uint64_t number);
+    CText& AppendSigned(std::int64_t number);
+    CText& AppendUnsigned(std::uint64_t number);
 
-    GrowableArray<char, 288> m_characters;
+    CGrowableArray<char, 288> m_characters;
 };
 
 // Replaces, in `text` itself, every occurrence of `from` (not empty) by `to`. What was inserted is
 // not searched again.
-void ReplaceAll(Text& text, std::string_view from, std::string_view to);
+void ReplaceAll(CText& text, std::string_view from, std::string_view to);
 
 // The text of a buffer that a platform call filled: up to its first NUL, or all of it when there is
 // none, since a terminator is never taken for granted.

@@ -11,8 +11,8 @@ namespace {
 constexpr DWORD kOfferedSize = 1023;
 using PathBuffer = char[kOfferedSize + 1];
 
-Text WithForwardSlashes(std::string_view path) {
-    Text text(path);
+CText WithForwardSlashes(std::string_view path) {
+    CText text(path);
     ReplaceAll(text, "\\", "/");
     return text;
 }
@@ -23,38 +23,38 @@ bool IsWholePath(DWORD length, DWORD offered) {
     return length > 0 && length < offered;
 }
 
-Text DirectoryPath(UINT(WINAPI* query)(char* path, UINT size)) {
+CText DirectoryPath(UINT(WINAPI* query)(char* path, UINT size)) {
     PathBuffer path = {};
     const UINT length = query(path, kOfferedSize);
-    return IsWholePath(length, kOfferedSize) ? WithForwardSlashes(BufferText(path)) : Text();
+    return IsWholePath(length, kOfferedSize) ? WithForwardSlashes(BufferText(path)) : CText();
 }
 
 }  // namespace
 
-Text GetSystemDirectoryPath() {
+CText GetSystemDirectoryPath() {
     return DirectoryPath(GetSystemDirectoryA);
 }
 
-Text GetWindowsDirectoryPath() {
+CText GetWindowsDirectoryPath() {
     return DirectoryPath(GetWindowsDirectoryA);
 }
 
-Text GetTempDirectoryPath() {
+CText GetTempDirectoryPath() {
     PathBuffer path = {};
     const DWORD length = GetTempPathA(kOfferedSize, path);
-    return IsWholePath(length, kOfferedSize) ? WithForwardSlashes(BufferText(path)) : Text();
+    return IsWholePath(length, kOfferedSize) ? WithForwardSlashes(BufferText(path)) : CText();
 }
 
-Text GetExecutablePath() {
+CText GetExecutablePath() {
     PathBuffer path = {};
     const DWORD length = GetModuleFileNameA(nullptr, path, kOfferedSize);
-    return length > 0 ? WithForwardSlashes(BufferText(path)) : Text();
+    return length > 0 ? WithForwardSlashes(BufferText(path)) : CText();
 }
 
-Text GetCurrentDirectoryPath() {
+CText GetCurrentDirectoryPath() {
     char path[MAX_PATH] = {};
     const DWORD length = GetCurrentDirectoryA(MAX_PATH, path);
-    return IsWholePath(length, MAX_PATH) ? Text(BufferText(path)) : Text();
+    return IsWholePath(length, MAX_PATH) ? CText(BufferText(path)) : CText();
 }
 
 }  // namespace qb_support

@@ -8,21 +8,17 @@ namespace qb_support {
 
 // Each is written with forward slashes and is empty when the platform fails to give it or it is
 // longer than 1,022 characters.
-Text GetSystemDirectoryPath();
-Text GetWindowsDirectoryPath();
-Text GetTempDirectoryPath();  // ends in a slash, as the platform gives it
+CText GetSystemDirectoryPath();
+CText GetWindowsDirectoryPath();
+CText GetTempDirectoryPath();  // ends in a slash, as the platform gives it
 
 // The host process's executable file, not this library. With forward slashes; empty when the
 // platform fails to give it; a path longer than 1,022 characters is cut as the platform cuts it.
-Text GetExecutablePath();
+CText GetExecutablePath();
 
 // The process's current directory as the platform gives it, backslashes kept. Empty when the
 // platform fails to give it or it is longer than 259 characters.
-Text GetCurrentDirectoryPath();
-
-// The file attributes of `path` as a run of labels that ends in the read-only mark, such as
-// "DIR:HID:RW"; "N/A" when they cannot be read. The mark tells of the attribute, not of access.
-Text FileAttributesText(const Text& path);
+CText GetCurrentDirectoryPath();
 
 }  // namespace qb_support
 

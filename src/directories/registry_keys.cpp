@@ -1,23 +1,50 @@
 // The Registry section: the keys that the host names, with how far the user can open them.
 #include "core/collector.h"
-#include "directories/registry_key_access.h"
+#include "platform/registry_key.h"
 
 namespace qb_support {
 
-bool CQbSupportWindows::GetRegistryInfo(Text& result, Text& argument) {
+namespace {
+
+struct AccessTest {
+    REGSAM access;
+    const char* annotation;
+};
+
+constexpr AccessTest kAccessTests[] = {
+    {KEY_READ, "(RO)"},
+    {KEY_READ | KEY_WRITE, "(RW)"},
+    {KEY_ALL_ACCESS, "(RWA)"},
+};
+
+// "(RO)", "(RW)" or "(RWA)" for the widest of reading, reading and writing, and all access with
+// which the key `path` under the predefined key `root` opens; "(N/A)" when it opens with none.
+CText RegistryKeyAccessText(HKEY root, const CText& path) {
+    const char* text = "(N/A)";
+    for (const AccessTest& test : kAccessTests) {
+        if (CRegistryKey(root, path.CStr(), test.access).IsOpen()) {
+            text = test.annotation;
+        }
+    }
+    return CText(text);
+}
+
+}  // namespace
+
+bool CQbSupportWindows::GetRegistryInfo(CText& result, CText& argument) {
     CQbSupport::GetRegistryInfo(result, argument);
     result << m_indent << "User root:    [HKEY_CURRENT_USER\\" << argument << "] "
            << RegistryKeyAccessText(HKEY_CURRENT_USER, argument) << '\n';
     return true;
 }
 
-bool CQbSupportWindows::GetUserAppKeyInfo(Text& result, Text& argument) {
+bool CQbSupportWindows::GetUserAppKeyInfo(CText& result, CText& argument) {
     result << m_indent << "App:          [HKEY_CURRENT_USER\\" << argument << "] "
            << RegistryKeyAccessText(HKEY_CURRENT_USER, argument) << '\n';
     return true;
 }
 
-bool CQbSupportWindows::GetMachineAppKeyInfo(Text& result, Text& argument) {
+bool CQbSupportWindows::GetMachineAppKeyInfo(CText& result, CText& argument) {
     result << m_indent << "App:          [HKEY_LOCAL_MACHINE\\" << argument << "] "
            << RegistryKeyAccessText(HKEY_LOCAL_MACHINE, argument) << '\n';
     return true;

@@ -6,14 +6,48 @@ namespace qb_support {
 
 namespace {
 
+struct Label {
+    DWORD bit;
+    const char* text;
+};
+
+constexpr Label kLabels[] = {
+    {FILE_ATTRIBUTE_DIRECTORY, "DIR:"},   {FILE_ATTRIBUTE_ARCHIVE, "ARCH:"},
+    {FILE_ATTRIBUTE_COMPRESSED, "COMP:"}, {FILE_ATTRIBUTE_DEVICE, "DEV:"},
+    {FILE_ATTRIBUTE_ENCRYPTED, "ENC:"},   {FILE_ATTRIBUTE_HIDDEN, "HID:"},
+    {FILE_ATTRIBUTE_NORMAL, "NOR:"},      {FILE_ATTRIBUTE_NOT_CONTENT_INDEXED, "IDX:"},
+    {FILE_ATTRIBUTE_OFFLINE, "OFL:"},     {FILE_ATTRIBUTE_REPARSE_POINT, "REP:"},
+    {FILE_ATTRIBUTE_SPARSE_FILE, "SPA:"}, {FILE_ATTRIBUTE_SYSTEM, "SYS:"},
+    {FILE_ATTRIBUTE_TEMPORARY, "TEMP:"},
+};
+
+// The file attributes of `path` as a run of labels that ends in the read-only mark, such as
+// "DIR:HID:RW"; "N/A" when they cannot be read. The mark tells of the attribute, not of access.
+CText FileAttributesText(const CText& path) {
+    const DWORD attributes = GetFileAttributesA(path.CStr());
+    // The failure value has every bit set and would read as a file with all attributes at once.
+    if (attributes == INVALID_FILE_ATTRIBUTES) {
+        return CText("N/A");
+    }
+    CText text;
+    for (const Label& label : kLabels) {
+        if ((attributes & label.bit) != 0) {
+            text << label.text;
+        }
+    }
+    text << ((attributes & FILE_ATTRIBUTE_READONLY) != 0 ? "RO" : "RW");
+    return text;
+}
+
 // `label` ends in an opening bracket, in the same column for every line.
-void AppendDirectory(Text& result, const Text& indent, std::string_view label, const Text& path) {
+void AppendDirectory(CText& result, const CText& indent, std::string_view label,
+                     const CText& path) {
     result << indent << label << path << "] (" << FileAttributesText(path) << ")\n";
 }
 
 }  // namespace
 
-bool CQbSupportWindows::GetSystemDirectoriesInfo(Text& result) {
+bool CQbSupportWindows::GetSystemDirectoriesInfo(CText& result) {
     CQbSupport::GetSystemDirectoriesInfo(result);
     AppendDirectory(result, m_indent, "System:      [", GetSystemDirectoryPath());
     AppendDirectory(result, m_indent, "Windows:     [", GetWindowsDirectoryPath());
@@ -24,7 +58,7 @@ bool CQbSupportWindows::GetSystemDirectoriesInfo(Text& result) {
     return true;
 }
 
-bool CQbSupportWindows::GetAppDirectoryInfo(Text& result, Text& argument) {
+bool CQbSupportWindows::GetAppDirectoryInfo(CText& result, CText& argument) {
     ReplaceAll(argument, "\\", "/");
     AppendDirectory(result, m_indent, "App:         [", argument);
     return true;

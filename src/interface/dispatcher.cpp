@@ -1,86 +1,82 @@
 // The way from an information kind to its section.
 #include "core/collector.h"
 #include "qbsupport/qbsupport.h"
+#include "qbsupport/sections.hpp"
 
 namespace qb_support {
 
 namespace {
 
-// The single lines that a host strings together below another section.
-bool IsSingleLine(int kind) {
-    return kind == QbSupportAppDirectory || kind == QbSupportUserAppKey ||
-           kind == QbSupportMachineAppKey || kind == QbSupportModule;
+// The operation is virtual, so that the most derived collector answers.
+bool RunSection(CQbSupport& collector, int kind, CText& result, CText& argument) {
+    switch (kind) {
+        case QbSupportBanner:
+            return collector.GetBannerInfo(result);
+        case QbSupportDateTime:
+            return collector.GetDateTimeInfo(result);
+        case QbSupportOperatingSystem:
+            return collector.GetOperatingSystemInfo(result);
+        case QbSupportUname:
+            return collector.GetUnameInfo(result);
+        case QbSupportUserName:
+            return collector.GetUserNameInfo(result);
+        case QbSupportLocale:
+            return collector.GetLocaleSectionInfo(result);
+        case QbSupportHardware:
+            return collector.GetHardwareInfo(result);
+        case QbSupportMemory:
+            return collector.GetMemoryInfo(result);
+        case QbSupportSystemDirectories:
+            return collector.GetSystemDirectoriesInfo(result);
+        case QbSupportAppDirectory:
+            return collector.GetAppDirectoryInfo(result, argument);
+        case QbSupportRegistry:
+            return collector.GetRegistryInfo(result, argument);
+        case QbSupportUserAppKey:
+            return collector.GetUserAppKeyInfo(result, argument);
+        case QbSupportMachineAppKey:
+            return collector.GetMachineAppKeyInfo(result, argument);
+        case QbSupportApplication:
+            return collector.GetApplicationInfo(result, argument);
+        case QbSupportEnvironment:
+            return collector.GetEnvironmentInfo(result, argument);
+        case QbSupportModules:
+            return collector.GetModulesInfo(result, argument);
+        case QbSupportModule:
+            return collector.GetModuleInfo(result, argument);
+        case QbSupportLimits:
+            return collector.GetLimitsInfo(result);
+        case QbSupportReserved:
+            return collector.GetReservedInfo(result, argument);
+        case QbSupportDisplay:
+            return collector.GetDisplayInfo(result, argument);
+        default:
+            return false;
+    }
 }
 
 }  // namespace
 
-bool CQbSupport::GetInfo(int kind, unsigned int flags, Text& result, Text& argument) {
+bool CQbSupport::GetInfo(int kind, unsigned int flags, CText& result, CText& argument) {
     m_flags = flags;
-    if ((flags & QbSupportHeadings) != 0) {
+    if ((flags & QbSupportFlagHeadings) != 0) {
         m_headings = true;
     }
-    if ((flags & QbSupportSeparator) != 0) {
+    if ((flags & QbSupportFlagSeparator) != 0) {
         m_separator = true;
     }
-    if ((flags & QbSupportIndent) != 0) {
+    if ((flags & QbSupportFlagIndent) != 0) {
         m_indentOn = true;
         m_indent.Clear();
         m_indent << "   ";
     }
 
     result.Clear();
-    const bool complete = RunSection(kind, result, argument);
-    if (m_separator && !IsSingleLine(kind)) {
+    const bool complete = RunSection(*this, kind, result, argument);
+    if (m_separator && qbsupport::HasSeparator(kind)) {
         result << "\r\n";
     }
     return complete;
-}
-
-bool CQbSupport::RunSection(int kind, Text& result, Text& argument) {
-    switch (kind) {
-        case QbSupportBanner:
-            return GetBannerInfo(result);
-        case QbSupportDateTime:
-            return GetDateTimeInfo(result);
-        case QbSupportOperatingSystem:
-            return GetOperatingSystemInfo(result);
-        case QbSupportUname:
-            return GetUnameInfo(result);
-        case QbSupportUserName:
-            return GetUserNameInfo(result);
-        case QbSupportLocale:
-            return GetLocaleSectionInfo(result);
-        case QbSupportHardware:
-            return GetHardwareInfo(result);
-        case QbSupportMemory:
-            return GetMemoryInfo(result);
-        case QbSupportSystemDirectories:
-            return GetSystemDirectoriesInfo(result);
-        case QbSupportAppDirectory:
-            return GetAppDirectoryInfo(result, argument);
-        case QbSupportRegistry:
-            return GetRegistryInfo(result, argument);
-        case QbSupportUserAppKey:
-            return GetUserAppKeyInfo(result, argument);
-        case QbSupportMachineAppKey:
-            return GetMachineAppKeyInfo(result, argument);
-        case QbSupportApplication:
-            return GetApplicationInfo(result, argument);
-        case QbSupportEnvironment:
-            return GetEnvironmentInfo(result, argument);
-        case QbSupportModules:
-            return GetModulesInfo(result, argument);
-        case QbSupportModule:
-            return GetModuleInfo(result, argument);
-        case QbSupportLimits:
-            return GetLimitsInfo(result);
-        case QbSupportReserved:
-            return GetReservedInfo(result, argument);
-        case QbSupportDisplay:
-            return GetDisplayInfo(result, argument);
-        default:
-            return false;
-    }
 }
 
 }  // namespace qb_support

@@ -7,12 +7,12 @@
 #include "core/collector.h"
 
 using qb_support::CQbSupportWindows;
-using qb_support::Text;
+using qb_support::CText;
 
 namespace {
 
 // Hands the caller a block of its own that holds the text and its terminator, nothing more.
-bool HandOut(const Text& text, char** buffer) {
+bool HandOut(const CText& text, char** buffer) {
     const std::size_t size = text.Size() + 1;
     char* const block = static_cast<char*>(std::malloc(size));
     if (block == nullptr) {
@@ -27,8 +27,8 @@ bool HandOut(const Text& text, char** buffer) {
 
 int QbSupportGetInfo(int kind, unsigned int flags, char** buffer, const char* argument) {
     CQbSupportWindows collector;
-    Text result;
-    Text sectionArgument(argument != nullptr ? argument : "");
+    CText result;
+    CText sectionArgument(argument != nullptr ? argument : "");
     // A cut argument would ask for something else, so no section sees one.
     if (sectionArgument.Failed()) {
         return 0;

@@ -3,7 +3,7 @@
 #include <charconv>
 #include <utility>
 
-#include "core/locale_value.h"
+#include "core/locale.h"
 
 namespace qb_support {
 
@@ -12,9 +12,9 @@ namespace {
 constexpr std::size_t kMostDigits = 20;  // of the largest 64-bit number
 
 // Reads the platform's list of group sizes, one size a call.
-class GroupSizes {
+class CGroupSizes {
 public:
-    explicit GroupSizes(std::string_view sizes) : m_rest(sizes) {}
+    explicit CGroupSizes(std::string_view sizes) : m_rest(sizes) {}
 
     // The size of the next group to the left; 0 when all further digits stand together.
     std::size_t Next() {
@@ -37,10 +37,10 @@ private:
 
 }  // namespace
 
-DigitGrouping::DigitGrouping(Text sizes, Text separator)
+CDigitGrouping::CDigitGrouping(CText sizes, CText separator)
     : m_sizes(std::move(sizes)), m_separator(std::move(separator)) {}
 
-void DigitGrouping::Append(Text& text, std::uint64_t number) const {
+void CDigitGrouping::Append(CText& text, std::uint64_t number) const {
     if (m_sizes.Failed() || m_separator.Failed()) {
         text.Fail();
         return;
@@ -50,7 +50,7 @@ void DigitGrouping::Append(Text& text, std::uint64_t number) const {
     const auto count = static_cast<std::size_t>(end - digits);
 
     bool startsGroup[kMostDigits] = {};
-    GroupSizes sizes(m_sizes.View());
+    CGroupSizes sizes(m_sizes.View());
     std::size_t left = count;
     for (std::size_t size = sizes.Next(); size != 0 && size < left; size = sizes.Next()) {
         left -= size;
@@ -65,7 +65,7 @@ void DigitGrouping::Append(Text& text, std::uint64_t number) const {
     }
 }
 
-DigitGrouping UserDigitGrouping() {
+CDigitGrouping UserDigitGrouping() {
     return {QueryLocaleValue(LOCALE_SGROUPING), QueryLocaleValue(LOCALE_STHOUSAND)};
 }
 

@@ -9,22 +9,22 @@
 namespace qb_support {
 
 // How the user's regional settings group the digits of a number.
-class DigitGrouping {
+class CDigitGrouping {
 public:
     // `sizes` are the groups' sizes as the platform writes them, the rightmost group first: "3;0"
     // groups by three throughout, "3;2;0" by three and then by two, "3" sets off three digits once,
     // "0" or nothing groups none. `separator` may be longer than one byte.
-    DigitGrouping(Text sizes, Text separator);
+    CDigitGrouping(CText sizes, CText separator);
 
-    void Append(Text& text, std::uint64_t number) const;
+    void Append(CText& text, std::uint64_t number) const;
 
 private:
-    Text m_sizes;
-    Text m_separator;
+    CText m_sizes;
+    CText m_separator;
 };
 
 // The grouping of the user's default locale; none when the platform does not give it.
-DigitGrouping UserDigitGrouping();
+CDigitGrouping UserDigitGrouping();
 
 }  // namespace qb_support
 

@@ -1,10 +1,31 @@
 // The Display section: the virtual desktop, the monitors and the screen's resolution.
 #include "core/collector.h"
-#include "platform/screen_device_context.h"
 
 namespace qb_support {
 
 namespace {
+
+// The device context of the whole screen, got and released again. A session without a screen has
+// none.
+class CScreenDeviceContext {
+public:
+    CScreenDeviceContext() : m_context(GetDC(nullptr)) {}
+    CScreenDeviceContext(const CScreenDeviceContext&) = delete;
+    CScreenDeviceContext& operator=(const CScreenDeviceContext&) = delete;
+    ~CScreenDeviceContext() {
+        if (m_context != nullptr) {
+            ReleaseDC(nullptr, m_context);
+        }
+    }
+
+    // The value `index` of the screen's capabilities; 0 when there is no screen.
+    [[nodiscard]] int Capability(int index) const {
+        return m_context != nullptr ? GetDeviceCaps(m_context, index) : 0;
+    }
+
+private:
+    HDC m_context;
+};
 
 struct Resolution {
     std::int32_t horizontal;  // pixels per inch
@@ -12,7 +33,7 @@ struct Resolution {
 };
 
 Resolution QueryResolution() {
-    const ScreenDeviceContext screen;
+    const CScreenDeviceContext screen;
     const std::int32_t horizontal = screen.Capability(LOGPIXELSX);
     return {horizontal, screen.Capability(LOGPIXELSY)};
 }
@@ -27,12 +48,12 @@ constexpr std::int32_t ScalingPercent(std::int32_t pixelsPerInch) {
     return static_cast<std::int32_t>(static_cast<std::uint32_t>(pixelsPerInch) * 100U) / 96;
 }
 
-void AppendDesktopRow(Text& result, std::int32_t width, std::int32_t height) {
+void AppendDesktopRow(CText& result, std::int32_t width, std::int32_t height) {
     result << "Desktop          0      0 " << Padded{width, 6} << ' ' << Padded{height, 6} << ' '
            << Padded{width, 6} << ' ' << Padded{height, 6} << "            \r\n";
 }
 
-void AppendMonitorRow(Text& result, std::int32_t number, HMONITOR monitor) {
+void AppendMonitorRow(CText& result, std::int32_t number, HMONITOR monitor) {
     MONITORINFOEXA info{};
     info.cbSize = sizeof(info);
     GetMonitorInfoA(monitor, &info);
@@ -57,7 +78,7 @@ BOOL CALLBACK CQbSupportWindows::EnumMonitorCallback(HMONITOR monitor, HDC /*dev
     return monitors.Failed() ? FALSE : TRUE;
 }
 
-bool CQbSupportWindows::GetDisplayInfo(Text& result, Text& argument) {
+bool CQbSupportWindows::GetDisplayInfo(CText& result, CText& argument) {
     CQbSupport::GetDisplayInfo(result, argument);
     const std::int32_t width = GetSystemMetrics(SM_CXVIRTUALSCREEN);
     const std::int32_t height = GetSystemMetrics(SM_CYVIRTUALSCREEN);

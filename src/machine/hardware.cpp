@@ -10,8 +10,8 @@ namespace {
 constexpr char kProcessorKey[] = "HARDWARE\\DESCRIPTION\\System\\CentralProcessor\\0";
 
 // Whatever the value's type, its bytes up to the first NUL are taken as text.
-bool ReadValue(const RegistryKey& key, const char* name, Text& text) {
-    RegistryKey::TextBuffer buffer;
+bool ReadValue(const CRegistryKey& key, const char* name, CText& text) {
+    CRegistryKey::TextBuffer buffer;
     DWORD type = REG_NONE;
     if (!key.QueryText(name, buffer, type)) {
         return false;
@@ -23,7 +23,8 @@ bool ReadValue(const RegistryKey& key, const char* name, Text& text) {
 
 // Attempts all three values of an open processor key. One that is missing or longer than 255 bytes
 // leaves its text as it was. True when all three were read.
-bool ReadProcessorDescription(const RegistryKey& key, Text& name, Text& identifier, Text& vendor) {
+bool ReadProcessorDescription(const CRegistryKey& key, CText& name, CText& identifier,
+                              CText& vendor) {
     const bool hasName = ReadValue(key, "ProcessorNameString", name);
     const bool hasIdentifier = ReadValue(key, "Identifier", identifier);
     const bool hasVendor = ReadValue(key, "VendorIdentifier", vendor);
@@ -32,15 +33,15 @@ bool ReadProcessorDescription(const RegistryKey& key, Text& name, Text& identifi
 
 }  // namespace
 
-bool CQbSupportWindows::GetHardwareInfo(Text& result) {
+bool CQbSupportWindows::GetHardwareInfo(CText& result) {
     const SYSTEM_INFO system = QuerySystemInfo();
     CQbSupport::GetHardwareInfo(result);
 
-    Text name;
-    Text identifier;
-    Text vendor;
+    CText name;
+    CText identifier;
+    CText vendor;
     {
-        const RegistryKey key(HKEY_LOCAL_MACHINE, kProcessorKey, KEY_READ);
+        const CRegistryKey key(HKEY_LOCAL_MACHINE, kProcessorKey, KEY_READ);
         if (key.IsOpen() && !ReadProcessorDescription(key, name, identifier, vendor)) {
             return false;
         }

@@ -8,9 +8,9 @@ namespace qb_support {
 namespace {
 
 // Writes lines whose numbers are grouped as the user groups digits.
-class MemoryLines {
+class CMemoryLines {
 public:
-    MemoryLines(Text& result, const Text& indent)
+    CMemoryLines(CText& result, const CText& indent)
         : m_result(result), m_indent(indent), m_grouping(UserDigitGrouping()) {}
 
     void AppendCount(std::string_view label, std::uint64_t count) {
@@ -30,12 +30,12 @@ private:
         m_grouping.Append(m_result, number);
     }
 
-    Text& m_result;
-    const Text& m_indent;
-    DigitGrouping m_grouping;
+    CText& m_result;
+    const CText& m_indent;
+    CDigitGrouping m_grouping;
 };
 
-void AppendSystemMemory(MemoryLines& lines) {
+void AppendSystemMemory(CMemoryLines& lines) {
     MEMORYSTATUSEX memory{};
     memory.dwLength = sizeof(memory);
     GlobalMemoryStatusEx(&memory);
@@ -48,15 +48,14 @@ void AppendSystemMemory(MemoryLines& lines) {
 
 bool QueryProcessMemory(PROCESS_MEMORY_COUNTERS& counters) {
     // The library stays loaded: another part of the host may use it by now.
-    auto* const getProcessMemoryInfo =
-        FindFunction<BOOL WINAPI(HANDLE, PROCESS_MEMORY_COUNTERS*, DWORD)>(
-            LoadLibraryA("psapi.dll"), "GetProcessMemoryInfo");
+    auto* const getProcessMemoryInfo = FindFunction<decltype(GetProcessMemoryInfo)>(
+        LoadLibraryA("psapi.dll"), "GetProcessMemoryInfo");
     counters.cb = sizeof(counters);
     return getProcessMemoryInfo != nullptr &&
            getProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof(counters)) != 0;
 }
 
-void AppendProcessMemory(MemoryLines& lines) {
+void AppendProcessMemory(CMemoryLines& lines) {
     PROCESS_MEMORY_COUNTERS counters{};
     if (!QueryProcessMemory(counters)) {
         return;
@@ -70,9 +69,9 @@ void AppendProcessMemory(MemoryLines& lines) {
 
 }  // namespace
 
-bool CQbSupportWindows::GetMemoryInfo(Text& result) {
+bool CQbSupportWindows::GetMemoryInfo(CText& result) {
     CQbSupport::GetMemoryInfo(result);
-    MemoryLines lines(result, m_indent);
+    CMemoryLines lines(result, m_indent);
     AppendSystemMemory(lines);
     result << '\n';
     AppendProcessMemory(lines);

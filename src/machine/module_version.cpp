@@ -13,7 +13,7 @@ namespace {
 // A file's version resource as it was read: the bytes that the platform asked for, aligned as it
 // lays them out. Those of most files fit on the stack, in less than a page of it.
 struct VersionBlock {
-    GrowableArray<DWORD, 768> words;
+    CGrowableArray<DWORD, 768> words;
     DWORD size;
 };
 
@@ -23,7 +23,7 @@ struct Translation {
     WORD codePage;
 };
 
-void AppendHexadecimal(Text& text, WORD number) {
+void AppendHexadecimal(CText& text, WORD number) {
     for (int shift = 12; shift >= 0; shift -= 4) {
         text << "0123456789abcdef"[(number >> shift) & 0xF];
     }
@@ -61,12 +61,12 @@ std::string_view ValueText(const VersionBlock& block, const char* value, UINT le
                        : limit};
 }
 
-Text ProductVersion(const VersionBlock& block) {
+CText ProductVersion(const VersionBlock& block) {
     Translation translation{};
     if (!FindTranslation(block, translation)) {
-        return Text();
+        return CText();
     }
-    Text path("\\StringFileInfo\\");
+    CText path("\\StringFileInfo\\");
     AppendHexadecimal(path, translation.language);
     AppendHexadecimal(path, translation.codePage);
     path << "\\ProductVersion";
@@ -76,30 +76,30 @@ Text ProductVersion(const VersionBlock& block) {
     UINT length = 0;
     VerQueryValueA(block.words.Data(), path.CStr(), &value, &length);
     if (value == nullptr) {
-        return Text("Version info is not accessible!");
+        return CText("Version info is not accessible!");
     }
-    return Text(ValueText(block, static_cast<const char*>(value), length));
+    return CText(ValueText(block, static_cast<const char*>(value), length));
 }
 
 }  // namespace
 
-Text GetModuleVersion(const char* name) {
+CText GetModuleVersion(const char* name) {
     DWORD ignored = 0;
     const DWORD size = GetFileVersionInfoSizeA(name, &ignored);
     if (size == 0) {
-        return Text("Modul or version info not found!");
+        return CText("Modul or version info not found!");
     }
     VersionBlock block{{}, size};
     const std::size_t wordCount = (std::size_t{size} + sizeof(DWORD) - 1) / sizeof(DWORD);
     DWORD* const words = block.words.Extend(wordCount);
     if (words == nullptr) {
-        Text outOfMemory;
+        CText outOfMemory;
         outOfMemory.Fail();
         return outOfMemory;
     }
     std::memset(words, 0, wordCount * sizeof(DWORD));
     if (GetFileVersionInfoA(name, 0, size, words) == 0) {
-        return Text("No version info!");
+        return CText("No version info!");
     }
     return ProductVersion(block);
 }

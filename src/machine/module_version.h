@@ -8,7 +8,7 @@ namespace qb_support {
 
 // The product version of the file `name`, a path or a file name that the platform's library search
 // finds, or a fixed text that says why there is none.
-Text GetModuleVersion(const char* name);
+CText GetModuleVersion(const char* name);
 
 }  // namespace qb_support
 

@@ -1,13 +1,32 @@
 // The Modules section: the modules loaded in a process, and single modules, with their versions.
+#include <cstdio>
+
 #include "core/collector.h"
 #include "machine/module_version.h"
-#include "machine/process_id.h"
-#include "machine/warning.h"
-#include "platform/snapshot.h"
 
 namespace qb_support {
 
 namespace {
+
+// A snapshot of the running processes or of one process's modules. Owns the handle, which is
+// INVALID_HANDLE_VALUE when there is none.
+class CSnapshot {
+public:
+    explicit CSnapshot(HANDLE handle) : m_handle(handle) {}
+    CSnapshot(const CSnapshot&) = delete;
+    CSnapshot& operator=(const CSnapshot&) = delete;
+    ~CSnapshot() {
+        if (IsValid()) {
+            CloseHandle(m_handle);
+        }
+    }
+
+    [[nodiscard]] bool IsValid() const { return m_handle != INVALID_HANDLE_VALUE; }
+    [[nodiscard]] HANDLE Handle() const { return m_handle; }
+
+private:
+    HANDLE m_handle;
+};
 
 constexpr DWORD kModulesOfAnyWidth = TH32CS_SNAPMODULE | TH32CS_SNAPMODULE32;
 
@@ -26,13 +45,61 @@ HANDLE TakeModuleSnapshot(DWORD processId) {
     return handle;
 }
 
-void AppendModuleLine(Text& result, const Text& indent, const Text& file, const char* name) {
+// The identifier of the first running process whose executable file is named `name`, letter case
+// included; 0 when there is none or the processes cannot be listed.
+DWORD FindProcessId(std::string_view name) {
+    const CSnapshot snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
+    if (!snapshot.IsValid()) {
+        return 0;
+    }
+    PROCESSENTRY32 entry{};
+    entry.dwSize = sizeof(entry);
+    for (BOOL more = Process32First(snapshot.Handle(), &entry); more != 0;
+         more = Process32Next(snapshot.Handle(), &entry)) {
+        if (BufferText(entry.szExeFile) == name) {
+            return entry.th32ProcessID;
+        }
+    }
+    return 0;
+}
+
+bool IsControl(char character) {
+    return static_cast<unsigned char>(character) < 0x20;
+}
+
+// Cuts a system message where its first line ends, and its closing full stops and blanks off.
+std::string_view Trimmed(std::string_view message) {
+    std::size_t end = 0;
+    while (end < message.size() && (!IsControl(message[end]) || message[end] == '\t')) {
+        ++end;
+    }
+    while (end > 0 &&
+           (IsControl(message[end - 1]) || message[end - 1] == '.' || message[end - 1] == ' ')) {
+        --end;
+    }
+    return {message.data(), end};
+}
+
+// Writes one line about the calling thread's last platform error, with the system's own text for
+// it, to the process's standard output. To be called before anything else changes that error.
+void PrintLastErrorWarning(const char* operation) {
+    const DWORD error = GetLastError();
+    char buffer[256] = {};
+    const DWORD length =
+        FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error,
+                       MAKELANGID(LANG_NEUTRAL, SUBLANG_DEFAULT), buffer, sizeof(buffer), nullptr);
+    const CText message(length != 0 ? Trimmed(BufferText(buffer)) : std::string_view());
+    std::printf("\n  WARNING: %s failed with error %d (%s)", operation, static_cast<int>(error),
+                message.CStr());
+}
+
+void AppendModuleLine(CText& result, const CText& indent, const CText& file, const char* name) {
     result << indent << file << "  [" << GetModuleVersion(name) << "]\r\n";
 }
 
 }  // namespace
 
-bool CQbSupportWindows::GetModulesInfo(Text& result, Text& argument) {
+bool CQbSupportWindows::GetModulesInfo(CText& result, CText& argument) {
     CQbSupport::GetModulesInfo(result, argument);
     DWORD processId = 0;
     if (argument.Empty()) {
@@ -48,13 +115,13 @@ bool CQbSupportWindows::GetModulesInfo(Text& result, Text& argument) {
     return true;
 }
 
-bool CQbSupportWindows::GetModuleInfo(Text& result, Text& argument) {
+bool CQbSupportWindows::GetModuleInfo(CText& result, CText& argument) {
     AppendModuleLine(result, m_indent, argument, argument.CStr());
     return true;
 }
 
-int CQbSupportWindows::ListProcessModules(DWORD processId, Text& result) {
-    const Snapshot snapshot(TakeModuleSnapshot(processId));
+int CQbSupportWindows::ListProcessModules(DWORD processId, CText& result) {
+    const CSnapshot snapshot(TakeModuleSnapshot(processId));
     if (!snapshot.IsValid()) {
         PrintLastErrorWarning("CreateToolhelp32Snapshot (of modules)");
         return 0;
@@ -66,9 +133,9 @@ int CQbSupportWindows::ListProcessModules(DWORD processId, Text& result) {
         return 0;
     }
     do {
-        Text file(BufferText(entry.szExePath));
+        CText file(BufferText(entry.szExePath));
         ReplaceAll(file, "\\", "/");
-        const Text name(BufferText(entry.szModule));
+        const CText name(BufferText(entry.szModule));
         AppendModuleLine(result, m_indent, file, name.CStr());
     } while (Module32Next(snapshot.Handle(), &entry) != 0);
     return 1;

@@ -6,13 +6,7 @@ namespace qb_support {
 
 namespace {
 
-// The form of a name, a value of the platform's EXTENDED_NAME_FORMAT.
-enum NameForm { kSamCompatible = 2, kDisplay = 3 };
-
-// Returns one byte: what stands in the rest of the register is undefined.
-using GetUserNameFunction = BOOLEAN WINAPI(int, char*, ULONG*);
-
-void AppendName(Text& result, GetUserNameFunction& getUserName, NameForm form) {
+void AppendName(CText& result, decltype(GetUserNameExA)& getUserName, EXTENDED_NAME_FORMAT form) {
     char name[1024] = {};
     ULONG size = sizeof(name);
     if (getUserName(form, name, &size) != 0) {
@@ -24,17 +18,17 @@ void AppendName(Text& result, GetUserNameFunction& getUserName, NameForm form) {
 
 }  // namespace
 
-bool CQbSupportWindows::GetUserNameInfo(Text& result) {
+bool CQbSupportWindows::GetUserNameInfo(CText& result) {
     CQbSupport::GetUserNameInfo(result);
     auto* const getUserName =
-        FindFunction<GetUserNameFunction>(LoadLibraryA("Secur32.dll"), "GetUserNameExA");
+        FindFunction<decltype(GetUserNameExA)>(LoadLibraryA("Secur32.dll"), "GetUserNameExA");
     if (getUserName == nullptr) {
         return true;
     }
     result << m_indent << "User name:         [";
-    AppendName(result, *getUserName, kSamCompatible);
+    AppendName(result, *getUserName, NameSamCompatible);
     result << "]\n" << m_indent << "User display name: [";
-    AppendName(result, *getUserName, kDisplay);
+    AppendName(result, *getUserName, NameDisplay);
     result << "]\n";
     if (m_separator) {
         result << '\n';

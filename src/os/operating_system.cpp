@@ -7,8 +7,8 @@ namespace qb_support {
 
 namespace {
 
-void AppendVersion(Text& result, const Text& indent, const OSVERSIONINFOEXA& version,
-                   const Text& displayVersion, const Text& updateRevision) {
+void AppendVersion(CText& result, const CText& indent, const OSVERSIONINFOEXA& version,
+                   const CText& displayVersion, const CText& updateRevision) {
     result << indent << version.dwMajorVersion << '.' << version.dwMinorVersion << " Build "
            << version.dwBuildNumber << '\n';
     if (!displayVersion.Empty()) {
@@ -24,11 +24,12 @@ void AppendVersion(Text& result, const Text& indent, const OSVERSIONINFOEXA& ver
 }
 
 // Shows the registry's own names where they differ from the composed ones, below one empty line.
-void AppendRegistryNames(Text& result, const Text& indent, const Text& displayName,
-                         const Text& editionText, const Text& productName, const Text& editionId) {
-    Text composedName;
+void AppendRegistryNames(CText& result, const CText& indent, const CText& displayName,
+                         const CText& editionText, const CText& productName,
+                         const CText& editionId) {
+    CText composedName;
     composedName << displayName << ' ' << editionText;
-    Text registryName;
+    CText registryName;
     registryName << "Microsoft " << productName;
     if (composedName.Failed() || registryName.Failed()) {
         result.Fail();  // without memory for the comparison the section would be a guess
@@ -50,7 +51,7 @@ void AppendRegistryNames(Text& result, const Text& indent, const Text& displayNa
 
 }  // namespace
 
-bool CQbSupportWindows::GetOperatingSystemInfo(Text& result) {
+bool CQbSupportWindows::GetOperatingSystemInfo(CText& result) {
     CQbSupport::GetOperatingSystemInfo(result);
 
     OSVERSIONINFOEXA version{};
@@ -58,13 +59,13 @@ bool CQbSupportWindows::GetOperatingSystemInfo(Text& result) {
         return false;
     }
 
-    Text displayName;
-    Text editionText;
-    Text productName;
-    Text editionId;
-    Text wordSize;
-    Text displayVersion;
-    Text updateRevision;
+    CText displayName;
+    CText editionText;
+    CText productName;
+    CText editionId;
+    CText wordSize;
+    CText displayVersion;
+    CText updateRevision;
     if (ComposeOsName(version, displayName, editionText, productName, editionId, wordSize,
                       displayVersion, updateRevision)) {
         result << m_indent << displayName << ", " << wordSize << '\n';

@@ -11,7 +11,7 @@ namespace qb_support {
 
 namespace {
 
-void ReadUpdateRevision(Text& updateRevision) {
+void ReadUpdateRevision(CText& updateRevision) {
     std::uint32_t number = 0;
     if (ReadRegistryDword(kCurrentVersionKey, "UBR", number) &&
         number != std::numeric_limits<std::uint32_t>::max()) {
@@ -21,9 +21,9 @@ void ReadUpdateRevision(Text& updateRevision) {
 
 }  // namespace
 
-bool ComposeOsName(OSVERSIONINFOEXA version, Text& displayName, Text& editionText,
-                   Text& productName, Text& editionId, Text& wordSize, Text& displayVersion,
-                   Text& updateRevision) {
+bool ComposeOsName(OSVERSIONINFOEXA version, CText& displayName, CText& editionText,
+                   CText& productName, CText& editionId, CText& wordSize, CText& displayVersion,
+                   CText& updateRevision) {
     displayName.Clear();
     wordSize.Clear();
     updateRevision.Clear();

@@ -17,9 +17,9 @@ namespace qb_support {
 //   updateRevision   the registry's revision number of the latest update
 // The registry's texts are empty when it does not hold them. Returns false, with an empty display
 // name and word size, for a system that is not of the NT family or older than 5.0.
-bool ComposeOsName(OSVERSIONINFOEXA version, Text& displayName, Text& editionText,
-                   Text& productName, Text& editionId, Text& wordSize, Text& displayVersion,
-                   Text& updateRevision);
+bool ComposeOsName(OSVERSIONINFOEXA version, CText& displayName, CText& editionText,
+                   CText& productName, CText& editionId, CText& wordSize, CText& displayVersion,
+                   CText& updateRevision);
 
 }  // namespace qb_support
 

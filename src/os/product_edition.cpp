@@ -104,8 +104,8 @@ constexpr ProductEdition ProductEditionTable[] = {
 // The system's product type; 0 on a system that has no such call.
 DWORD QueryProductType(DWORD majorVersion, DWORD minorVersion) {
     DWORD productType = 0;
-    auto* const getProductInfo = FindFunction<BOOL WINAPI(DWORD, DWORD, DWORD, DWORD, DWORD*)>(
-        GetModuleHandleA("kernel32.dll"), "GetProductInfo");
+    auto* const getProductInfo =
+        FindFunction<decltype(GetProductInfo)>(GetModuleHandleA("kernel32.dll"), "GetProductInfo");
     if (getProductInfo != nullptr) {
         getProductInfo(majorVersion, minorVersion, 0, 0, &productType);
     }
@@ -114,8 +114,8 @@ DWORD QueryProductType(DWORD majorVersion, DWORD minorVersion) {
 
 }  // namespace
 
-bool GetOsEdition(std::uint32_t majorVersion, std::uint32_t minorVersion, Text& editionText,
-                  Text& editionId) {
+bool GetOsEdition(std::uint32_t majorVersion, std::uint32_t minorVersion, CText& editionText,
+                  CText& editionId) {
     editionText.Clear();
     ReadRegistryString(kCurrentVersionKey, "EditionID", editionId);
     const DWORD productType = QueryProductType(majorVersion, minorVersion);

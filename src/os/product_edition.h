@@ -11,8 +11,8 @@ namespace qb_support {
 // Names the edition of Windows `majorVersion`.`minorVersion`: `editionText` from the product type
 // that the system reports, or the registry's identifier for a type that has no text here;
 // `editionId` is that identifier itself. Either may be empty. Always returns true.
-bool GetOsEdition(std::uint32_t majorVersion, std::uint32_t minorVersion, Text& editionText,
-                  Text& editionId);
+bool GetOsEdition(std::uint32_t majorVersion, std::uint32_t minorVersion, CText& editionText,
+                  CText& editionId);
 
 }  // namespace qb_support
 

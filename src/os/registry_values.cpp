@@ -6,13 +6,13 @@
 
 namespace qb_support {
 
-bool ReadRegistryString(const char* keyPath, const char* valueName, Text& text) {
+bool ReadRegistryString(const char* keyPath, const char* valueName, CText& text) {
     text.Clear();
-    const RegistryKey key(HKEY_LOCAL_MACHINE, keyPath, KEY_READ);
+    const CRegistryKey key(HKEY_LOCAL_MACHINE, keyPath, KEY_READ);
     if (!key.IsOpen()) {
         return false;
     }
-    RegistryKey::TextBuffer buffer;
+    CRegistryKey::TextBuffer buffer;
     DWORD type = REG_NONE;
     if (!key.QueryText(valueName, buffer, type) || type != REG_SZ) {
         return false;
@@ -23,7 +23,7 @@ bool ReadRegistryString(const char* keyPath, const char* valueName, Text& text) 
 
 bool ReadRegistryDword(const char* keyPath, const char* valueName, std::uint32_t& number) {
     number = std::numeric_limits<std::uint32_t>::max();
-    const RegistryKey key(HKEY_LOCAL_MACHINE, keyPath, KEY_READ);
+    const CRegistryKey key(HKEY_LOCAL_MACHINE, keyPath, KEY_READ);
     if (!key.IsOpen()) {
         return false;
     }

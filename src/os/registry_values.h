@@ -14,7 +14,7 @@ inline constexpr char kCurrentVersionKey[] = "SOFTWARE\\Microsoft\\Windows NT\\C
 // Reads the text value `valueName` of the key `keyPath` under HKEY_LOCAL_MACHINE into `text`.
 // Returns false, with an empty text, when it is missing, not of the type REG_SZ, or longer than
 // 255 bytes with its terminator.
-bool ReadRegistryString(const char* keyPath, const char* valueName, Text& text);
+bool ReadRegistryString(const char* keyPath, const char* valueName, CText& text);
 
 // Reads the 32-bit value likewise. Returns false, with 0xFFFFFFFF, when it is missing, not of the
 // type REG_DWORD, or not of 4 bytes.

@@ -83,7 +83,8 @@ std::string_view Server2003Edition(const OSVERSIONINFOEXA& version, WORD archite
                                                 : "Standard Edition";
 }
 
-// The base name of version 5.2. The last one expects an edition behind it.
+// The base name of version 5.2. The last one ends in a separator, which a server's edition
+// replaces and a workstation without one keeps.
 std::string_view Server2003BaseName(const OSVERSIONINFOEXA& version, WORD architecture) {
     if (GetSystemMetrics(SM_SERVERR2) != 0) {
         return "Windows Server 2003 R2";
@@ -97,7 +98,7 @@ std::string_view Server2003BaseName(const OSVERSIONINFOEXA& version, WORD archit
     return "Windows Server 2003, ";
 }
 
-void AppendServer2003Name(Text& name, const OSVERSIONINFOEXA& version, WORD architecture) {
+void AppendServer2003Name(CText& name, const OSVERSIONINFOEXA& version, WORD architecture) {
     constexpr std::string_view kSeparator = ", ";
     std::string_view base = Server2003BaseName(version, architecture);
     if (IsWorkstation(version)) {
@@ -114,7 +115,7 @@ void AppendServer2003Name(Text& name, const OSVERSIONINFOEXA& version, WORD arch
     }
 }
 
-void AppendVersion5Name(Text& name, const OSVERSIONINFOEXA& version, WORD architecture) {
+void AppendVersion5Name(CText& name, const OSVERSIONINFOEXA& version, WORD architecture) {
     switch (version.dwMinorVersion) {
         case 0:
             name << Windows2000Name(version);
@@ -133,7 +134,7 @@ void AppendVersion5Name(Text& name, const OSVERSIONINFOEXA& version, WORD archit
 
 }  // namespace
 
-void AppendReleaseName(Text& name, const OSVERSIONINFOEXA& version, WORD architecture) {
+void AppendReleaseName(CText& name, const OSVERSIONINFOEXA& version, WORD architecture) {
     switch (version.dwMajorVersion) {
         case 10:
             name << Version10Name(version);

@@ -111,7 +111,7 @@ void CompleteRecord(OSVERSIONINFOEXA& version) {
     version.wSuiteMask = DetectSuiteMask();
     version.dwBuildNumber = DetectBuildNumber();
     if (version.wServicePackMajor != 0) {
-        Text servicePack("Service Pack ");
+        CText servicePack("Service Pack ");
         servicePack << version.wServicePackMajor;
         std::memcpy(version.szCSDVersion, servicePack.CStr(), servicePack.Size());
     }

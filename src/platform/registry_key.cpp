@@ -5,7 +5,7 @@
 
 namespace qb_support {
 
-bool RegistryKey::QueryText(const char* valueName, TextBuffer& text, DWORD& type) const {
+bool CRegistryKey::QueryText(const char* valueName, TextBuffer& text, DWORD& type) const {
     std::memset(text, 0, sizeof(text));
     DWORD size = kLongestText;
     const LSTATUS status =
@@ -15,7 +15,7 @@ bool RegistryKey::QueryText(const char* valueName, TextBuffer& text, DWORD& type
     return found;
 }
 
-bool RegistryKey::QueryNumber(const char* valueName, DWORD& number, DWORD& type) const {
+bool CRegistryKey::QueryNumber(const char* valueName, DWORD& number, DWORD& type) const {
     DWORD size = sizeof(number);
     const LSTATUS status =
         RegQueryValueExA(m_key, valueName, nullptr, &type, reinterpret_cast<BYTE*>(&number), &size);

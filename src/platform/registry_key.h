@@ -7,17 +7,17 @@
 namespace qb_support {
 
 // Opens a key and closes it again. No registry view is asked for: the process's own is read.
-class RegistryKey {
+class CRegistryKey {
 public:
     // The longest value that is read, its terminator included, as a registry text.
     static constexpr DWORD kLongestText = 255;
     using TextBuffer = char[kLongestText + 1];
 
-    RegistryKey(HKEY root, const char* path, REGSAM access)
+    CRegistryKey(HKEY root, const char* path, REGSAM access)
         : m_open(RegOpenKeyExA(root, path, 0, access, &m_key) == ERROR_SUCCESS) {}
-    RegistryKey(const RegistryKey&) = delete;
-    RegistryKey& operator=(const RegistryKey&) = delete;
-    ~RegistryKey() {
+    CRegistryKey(const CRegistryKey&) = delete;
+    CRegistryKey& operator=(const CRegistryKey&) = delete;
+    ~CRegistryKey() {
         if (m_open) {
             RegCloseKey(m_key);
         }

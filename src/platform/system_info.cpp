@@ -6,7 +6,7 @@ namespace qb_support {
 
 SYSTEM_INFO QuerySystemInfo() {
     SYSTEM_INFO info{};
-    auto* const getNativeSystemInfo = FindFunction<void WINAPI(SYSTEM_INFO*)>(
+    auto* const getNativeSystemInfo = FindFunction<decltype(GetNativeSystemInfo)>(
         GetModuleHandleA("kernel32.dll"), "GetNativeSystemInfo");
     if (getNativeSystemInfo != nullptr) {
         getNativeSystemInfo(&info);

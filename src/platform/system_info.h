@@ -6,8 +6,9 @@
 
 namespace qb_support {
 
-// The machine's own system information, not the view that an emulated process is given; that view
-// on a system which has no GetNativeSystemInfo.
+// The system information for the machine, not for a 32-bit process on it; on ARM64 an emulated
+// process is told of the emulated processor all the same. The process's view on a system that has
+// no GetNativeSystemInfo.
 SYSTEM_INFO QuerySystemInfo();
 
 }  // namespace qb_support

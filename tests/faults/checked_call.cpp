@@ -4,8 +4,8 @@
 #include <cstring>
 
 #include "faults/watched_memory.h"
-#include "platform/stand_in/calls.h"
 #include "qbsupport/qbsupport.h"
+#include "stand_in/calls.h"
 
 namespace faults {
 
@@ -66,7 +66,7 @@ CallOutcome Call(int kind, unsigned flags, const char* argument, AllocationFault
 
 CallOutcome CallAlone(int kind, unsigned flags, const char* argument, AllocationFault fault) {
     CallOutcome outcome = Call(kind, flags, argument, fault);
-    outcome.violations += stand_in::CountOpenHandles().Total() != 0 ? "handles left open; " : "";
+    outcome.violations += stand_in::OpenHandles() != 0 ? "handles left open; " : "";
     outcome.violations += stand_in::HandleMisuses() != 0 ? "handles misused; " : "";
     return outcome;
 }

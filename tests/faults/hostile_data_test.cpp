@@ -9,11 +9,10 @@
 
 #include "faults/checked_call.h"
 #include "os/registry_values.h"
-#include "platform/stand_in/calls.h"
-#include "platform/stand_in/machine.h"
+#include "stand_in/calls.h"
+#include "stand_in/machine.h"
 
 using stand_in::Machine;
-using stand_in::PlatformCall;
 
 namespace faults {
 namespace {
@@ -161,21 +160,20 @@ TEST(HostileData, ChangesBetweenTwoCalls) {
     };
     const struct {
         int kind;
-        PlatformCall call;
+        std::string_view call;
         std::uint64_t ordinal;  // of that call among its function's
         Change change;          // which comes right before it
         std::string text;
     } rows[] = {
-        {17, PlatformCall::GetFileVersionInfoA, 1, version(std::string(9000, '9')),
-         "  [No version info!]\r\n"},
-        {17, PlatformCall::GetFileVersionInfoA, 1, version("9"), "viewer.exe  [9]\r\n"},
-        {6, PlatformCall::GetLocaleInfoA, 4, language("Englisch"), "locale name:      \n"},
-        {6, PlatformCall::GetLocaleInfoA, 4, language("En"), "locale name:      En\n"},
+        {17, "GetFileVersionInfoA", 1, version(std::string(9000, '9')), "  [No version info!]\r\n"},
+        {17, "GetFileVersionInfoA", 1, version("9"), "viewer.exe  [9]\r\n"},
+        {6, "GetLocaleInfoA", 4, language("Englisch"), "locale name:      \n"},
+        {6, "GetLocaleInfoA", 4, language("En"), "locale name:      En\n"},
     };
     for (const auto& row : rows) {
         const stand_in::ScopedMachine scope;
         version(std::string(8000, '3'))(stand_in::CurrentMachine());  // too large for the stack
-        stand_in::beforeCall = [&](PlatformCall call, std::uint64_t number) {
+        stand_in::beforeCall = [&](std::string_view call, std::uint64_t number) {
             if (call == row.call && number == row.ordinal) {
                 row.change(stand_in::CurrentMachine());
             }

@@ -7,7 +7,7 @@
 
 #include "faults/checked_call.h"
 #include "os/registry_values.h"
-#include "platform/stand_in/machine.h"
+#include "stand_in/machine.h"
 
 namespace faults {
 namespace {

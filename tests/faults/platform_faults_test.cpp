@@ -9,8 +9,8 @@
 #include <set>
 
 #include "faults/checked_call.h"
-#include "platform/stand_in/calls.h"
-#include "platform/stand_in/machine.h"
+#include "stand_in/calls.h"
+#include "stand_in/machine.h"
 
 using stand_in::FaultMode;
 
@@ -112,7 +112,8 @@ stand_in::Machine FaultTellingMachine() {
 std::string DescribeFailure(const Request& request) {
     const auto& failed = stand_in::FirstFailedCall();
     return std::to_string(request.kind) + ' ' +
-           (failed ? CallName(failed->call) + (' ' + std::to_string(failed->ordinal)) : "nothing") +
+           (failed ? std::string(failed->function) + ' ' + std::to_string(failed->ordinal)
+                   : "nothing") +
            ", " + request.argument + ", flags " + std::to_string(request.flags);
 }
 

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "faults/checked_call.h"
-#include "platform/stand_in/calls.h"
-#include "platform/stand_in/machine.h"
+#include "stand_in/calls.h"
+#include "stand_in/machine.h"
 
 namespace faults {
 namespace {
@@ -46,7 +46,7 @@ TEST(Threads, EachCallGetsTheTextItGetsAlone) {
         thread.join();
     }
     EXPECT_EQ(differences, 0U);
-    EXPECT_EQ(stand_in::CountOpenHandles().Total(), 0);
+    EXPECT_EQ(stand_in::OpenHandles(), 0);
     EXPECT_EQ(stand_in::HandleMisuses(), 0);
     std::printf("Tried: %zu calls on %zu threads at once\n", calls.load(), kThreads);
 }

@@ -3,15 +3,6 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-namespace {
-
-template <typename Type>
-Type* At(void* module, DWORD offset) {
-    return reinterpret_cast<Type*>(static_cast<char*>(module) + offset);
-}
-
-}  // namespace
-
 Library::Library() {
     const HMODULE loaded = LoadLibraryA((ProgramDirectory() + "QBSUPPORT.dll").c_str());
     const auto find = [loaded](const char* name) {
@@ -75,23 +66,4 @@ std::string Output(const std::string& program, const std::string& arguments) {
         EXPECT_EQ(_pclose(pipe), 0);
     }
     return output;
-}
-
-void Library::ForEachImport(const std::function<void(const char*, void*&)>& visit) const {
-    const auto* const headers =
-        At<IMAGE_NT_HEADERS>(module, static_cast<DWORD>(At<IMAGE_DOS_HEADER>(module, 0)->e_lfanew));
-    const DWORD table =
-        headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
-    for (auto* library = At<IMAGE_IMPORT_DESCRIPTOR>(module, table); library->Name != 0;
-         ++library) {
-        const auto* name = At<IMAGE_THUNK_DATA>(module, library->OriginalFirstThunk);
-        auto* slot = At<void*>(module, library->FirstThunk);
-        for (; name->u1.AddressOfData != 0; ++name, ++slot) {
-            const auto offset = static_cast<DWORD>(name->u1.AddressOfData);
-            DWORD protection = 0;
-            VirtualProtect(slot, sizeof(*slot), PAGE_READWRITE, &protection);
-            visit(At<IMAGE_IMPORT_BY_NAME>(module, offset)->Name, *slot);
-            VirtualProtect(slot, sizeof(*slot), protection, &protection);
-        }
-    }
 }

@@ -1,11 +1,9 @@
-// The library as a host loads it, and its import table.
+// The library as a host loads it.
 #ifndef QBSUPPORT_TESTS_WINDOWS_LIBRARY_H
 #define QBSUPPORT_TESTS_WINDOWS_LIBRARY_H
 
-#include <functional>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "kinds.h"
 
@@ -20,9 +18,6 @@ public:
     // The section's text, or nothing when the call failed; the out-pointer must then be untouched.
     std::optional<std::string> Report(int kind, unsigned int flags,
                                       const char* argument = nullptr) const;
-
-    // Visits the functions that the library calls through its import table, to replace them.
-    void ForEachImport(const std::function<void(const char* name, void*& slot)>& visit) const;
 
     void* module;
     int (*getInfo)(int kind, unsigned int flags, char** buffer, const char* argument);

@@ -1,7 +1,7 @@
 // The functions of the Windows run-time library that behave differently from this system's own.
 // They live in the library's namespace, so that an unqualified call finds them first.
-#ifndef QBSUPPORT_PLATFORM_STAND_IN_RUNTIME_H
-#define QBSUPPORT_PLATFORM_STAND_IN_RUNTIME_H
+#ifndef QBSUPPORT_STAND_IN_RUNTIME_H
+#define QBSUPPORT_STAND_IN_RUNTIME_H
 
 #include <clocale>
 #include <cstdint>

@@ -1,10 +1,10 @@
-#include "platform/stand_in/runtime.h"
+#include "stand_in/runtime.h"
 
 #include <chrono>
 #include <cstdio>
 
-#include "platform/stand_in/calls.h"
-#include "platform/stand_in/machine.h"
+#include "stand_in/calls.h"
+#include "stand_in/machine.h"
 
 using namespace stand_in;
 
@@ -31,7 +31,7 @@ std::int64_t BiasSeconds() {
 }  // namespace
 
 std::int64_t qb_support::_time64(std::int64_t* time) {
-    CountCall(PlatformCall::_time64);
+    Count(__func__);
     const std::int64_t now = CurrentMachine().clock;
     if (time) {
         *time = now;
@@ -40,7 +40,7 @@ std::int64_t qb_support::_time64(std::int64_t* time) {
 }
 
 char* qb_support::_ctime64(const std::int64_t* time) {
-    if (CallFails(PlatformCall::_ctime64) || !time || *time < 0 || *time > lastTime) {
+    if (Fails(__func__) || *time < 0 || *time > lastTime) {
         return nullptr;
     }
     const std::chrono::sys_seconds local{std::chrono::seconds{*time - BiasSeconds()}};
@@ -58,11 +58,11 @@ char* qb_support::_ctime64(const std::int64_t* time) {
 }
 
 void qb_support::_tzset() {
-    CountCall(PlatformCall::_tzset);
+    Count(__func__);
 }
 
 char* qb_support::getenv(const char* name) {
-    if (CallFails(PlatformCall::getenv) || !name) {
+    if (Fails(__func__)) {
         return nullptr;
     }
     auto& environment = CurrentMachine().environment;
@@ -71,7 +71,7 @@ char* qb_support::getenv(const char* name) {
 }
 
 char* qb_support::setlocale(int category, const char* locale) {
-    if (CallFails(PlatformCall::setlocale) || locale) {
+    if (Fails(__func__) || locale) {
         return nullptr;
     }
     auto& settings = CurrentMachine().runtimeLocale;

@@ -1,7 +1,7 @@
 // The computer that the stand-in platform describes. A test changes the fields that it is about;
 // the rest stays a plain Windows 10 workstation. Change it only while no platform call runs.
-#ifndef QBSUPPORT_PLATFORM_STAND_IN_MACHINE_H
-#define QBSUPPORT_PLATFORM_STAND_IN_MACHINE_H
+#ifndef QBSUPPORT_STAND_IN_MACHINE_H
+#define QBSUPPORT_STAND_IN_MACHINE_H
 
 #include <cstdint>
 #include <map>
@@ -9,12 +9,24 @@
 #include <string>
 #include <vector>
 
-#include "platform/stand_in/kernel.h"
-#include "platform/stand_in/names.h"
-#include "platform/stand_in/registry.h"
-#include "platform/stand_in/user_interface.h"
+#include "platform/windows_api.h"
 
 namespace stand_in {
+
+// How Windows compares names and paths.
+bool SameName(std::string_view left, std::string_view right);
+
+/// Without regard to case.
+struct NameOrder {
+    using is_transparent = void;
+    bool operator()(std::string_view left, std::string_view right) const;
+};
+
+/// Without regard to case, the kind of slash and slashes at the end.
+struct PathOrder {
+    using is_transparent = void;
+    bool operator()(std::string_view left, std::string_view right) const;
+};
 
 struct Version {
     DWORD major = 10;
@@ -146,6 +158,10 @@ struct Machine {
 };
 
 Machine& CurrentMachine();
+
+int OpenRegistryKeys();
+int OpenSnapshots();
+int OpenDeviceContexts();
 
 /// Makes a machine the current one for a scope and starts and leaves it with the calls reset.
 class ScopedMachine {

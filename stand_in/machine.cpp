@@ -1,10 +1,11 @@
-#include "platform/stand_in/machine.h"
+#include "stand_in/machine.h"
 
+#include <algorithm>
 #include <clocale>
 #include <cstdio>
 #include <utility>
 
-#include "platform/stand_in/calls.h"
+#include "stand_in/calls.h"
 
 namespace stand_in {
 namespace {
@@ -20,7 +21,33 @@ std::string BytesOf(DWORD number) {
 constexpr std::uint64_t kilobyte = 1024;
 constexpr std::uint64_t megabyte = 1024 * kilobyte;
 
+char LowerCase(char character) {
+    return character >= 'A' && character <= 'Z' ? static_cast<char>(character + 32) : character;
+}
+
+char PathCharacter(char character) {
+    return character == '/' ? '\\' : LowerCase(character);
+}
+
+std::string_view WithoutClosingSlashes(std::string_view path) {
+    return path.substr(0, path.find_last_not_of("\\/") + 1);
+}
+
 }  // namespace
+
+bool SameName(std::string_view left, std::string_view right) {
+    return std::ranges::equal(left, right, {}, LowerCase, LowerCase);
+}
+
+bool NameOrder::operator()(std::string_view left, std::string_view right) const {
+    return std::ranges::lexicographical_compare(left, right, {}, LowerCase, LowerCase);
+}
+
+bool PathOrder::operator()(std::string_view left, std::string_view right) const {
+    return std::ranges::lexicographical_compare(WithoutClosingSlashes(left),
+                                                WithoutClosingSlashes(right), {}, PathCharacter,
+                                                PathCharacter);
+}
 
 RegistryValue RegistryText(std::string text) {
     text.push_back('\0');
@@ -60,21 +87,16 @@ Machine::Machine() {
            {"VendorIdentifier", RegistryText("GenuineIntel")}}}},
     };
 
-    memory.dwMemoryLoad = 37;
     memory.ullTotalPhys = 16384 * megabyte;
     memory.ullAvailPhys = 10240 * megabyte;
-    memory.ullTotalPageFile = 18944 * megabyte;
     memory.ullAvailPageFile = 12288 * megabyte;
     memory.ullTotalVirtual = 134217728 * megabyte - 128 * kilobyte;
     memory.ullAvailVirtual = 134213592 * megabyte;
 
+    processMemory.cb = sizeof processMemory;
     processMemory.PageFaultCount = 12345;
     processMemory.PeakWorkingSetSize = 48 * megabyte;
     processMemory.WorkingSetSize = 40 * megabyte;
-    processMemory.QuotaPeakPagedPoolUsage = 300 * kilobyte;
-    processMemory.QuotaPagedPoolUsage = 280 * kilobyte;
-    processMemory.QuotaPeakNonPagedPoolUsage = 24 * kilobyte;
-    processMemory.QuotaNonPagedPoolUsage = 20 * kilobyte;
     processMemory.PagefileUsage = 32 * megabyte;
     processMemory.PeakPagefileUsage = 36 * megabyte;
 
@@ -140,6 +162,10 @@ Machine::Machine() {
         {ERROR_BAD_LENGTH, "The program issued a command but the command length is incorrect.\r\n"},
         {ERROR_INVALID_PARAMETER, "The parameter is incorrect.\r\n"},
     };
+}
+
+int OpenHandles() {
+    return OpenRegistryKeys() + OpenSnapshots() + OpenDeviceContexts();
 }
 
 Machine& CurrentMachine() {

@@ -1,0 +1,54 @@
+// The open handles of one kind. A released handle's value never comes back, so that its later use
+// is noticed.
+#ifndef QBSUPPORT_STAND_IN_HANDLES_H
+#define QBSUPPORT_STAND_IN_HANDLES_H
+
+#include <cstdint>
+#include <map>
+#include <mutex>
+
+namespace stand_in {
+
+std::mutex& HandleMutex();
+void CountMisuse();
+
+template <typename State>
+class Handles {
+public:
+    void* Open(const State& state) {
+        const std::lock_guard lock(HandleMutex());
+        static std::uintptr_t last = 0x1000;  // shared by the handles of one state
+        last += 4;
+        return m_open.try_emplace(reinterpret_cast<void*>(last), state).first->first;
+    }
+
+    /// Null, and a misuse, when it is not open.
+    State* Find(void* handle) {
+        const std::lock_guard lock(HandleMutex());
+        const auto open = m_open.find(handle);
+        if (open == m_open.end()) {
+            CountMisuse();
+            return nullptr;
+        }
+        return &open->second;
+    }
+
+    /// False, and a misuse, when it is not open.
+    bool Release(void* handle) {
+        const std::lock_guard lock(HandleMutex());
+        const bool wasOpen = m_open.erase(handle) != 0;
+        if (!wasOpen) {
+            CountMisuse();
+        }
+        return wasOpen;
+    }
+
+    [[nodiscard]] int Count() const { return static_cast<int>(m_open.size()); }
+
+private:
+    std::map<void*, State> m_open;
+};
+
+}  // namespace stand_in
+
+#endif
