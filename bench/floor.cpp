@@ -81,7 +81,7 @@ void AskForHardware(const char* /*argument*/) {
 
 void AskForMemory(const char* /*argument*/) {
     AskForLocaleValue(LOCALE_SGROUPING);
-    AskForLocaleValue(LOCALE_STHOUSAND);
+    AskForLocaleValue(LOCALE_STHOUSAND | LOCALE_USE_CP_ACP);
     MEMORYSTATUSEX memory{};
     memory.dwLength = sizeof(memory);
     GlobalMemoryStatusEx(&memory);

@@ -6,6 +6,10 @@ install(TARGETS QBSUPPORT
     RUNTIME DESTINATION bin
     LIBRARY DESTINATION lib
     ARCHIVE DESTINATION lib)
+if(TARGET QBSUPPORT_ucrt)
+    # Linked against by the same import libraries: the exports are the same.
+    install(TARGETS QBSUPPORT_ucrt RUNTIME DESTINATION bin/ucrt)
+endif()
 install(DIRECTORY include/qbsupport DESTINATION include)
 if(WIN32)
     install(TARGETS qbreport RUNTIME DESTINATION bin)

@@ -7,7 +7,8 @@ set(CMAKE_C_STANDARD 11)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 
 if(MSVC)
-    add_compile_options(/W4 /WX /utf-8)
+    add_compile_options(/W4 /WX /utf-8 /guard:cf)
+    add_link_options(/guard:cf /CETCOMPAT /Brepro)
 else()
     add_compile_options(-Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
     # Neither code nor debug information tells where it was built.
@@ -20,8 +21,21 @@ if(MINGW)
     add_compile_definitions(__USE_MINGW_ANSI_STDIO=0)
     add_compile_options(-include stdio.h)
     add_compile_options(-ffunction-sections -fdata-sections)
-    add_link_options(-static -Wl,--gc-sections -Wl,--no-insert-timestamp
-                     -Wl,--dynamicbase -Wl,--high-entropy-va -Wl,--nxcompat)
+    # GNU ld writes no load configuration and leaves imports and resources writable. GCC takes a
+    # linker that is none of its own by way of its specs only.
+    find_program(QBSUPPORT_LLD ld.lld REQUIRED DOC "LLVM's linker")
+    find_program(QBSUPPORT_OBJCOPY llvm-objcopy REQUIRED DOC "LLVM's objcopy")
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        file(WRITE "${CMAKE_BINARY_DIR}/lld.specs" "*linker:\n${QBSUPPORT_LLD}\n\n")
+        add_link_options("-specs=${CMAKE_BINARY_DIR}/lld.specs" -fno-use-linker-plugin)
+    else()
+        add_link_options(-fuse-ld=lld)
+    endif()
+    # The time stamp is a hash of the content: it tells builds apart, and the same sources give the
+    # same one.
+    add_link_options(-static -Wl,--gc-sections -Wl,-Xlink=-Brepro
+                     -Wl,--dynamicbase -Wl,--high-entropy-va -Wl,--nxcompat
+                     -Wl,--major-subsystem-version,6 -Wl,--minor-subsystem-version,1)
 endif()
 
 if(QBSUPPORT_SANITIZE)
@@ -40,14 +54,18 @@ function(qbsupport_version_resource target file_name file_type description)
     target_sources(${target} PRIVATE "${resource}")
 endfunction()
 
-# Moves a MinGW file's debug information into a file of its own beside the build. The tools would
-# write the time into the file's header unless told to preserve dates.
+# Moves a MinGW file's debug information into a file of its own beside the build. LLVM's tools do it:
+# GNU's put the time into the file's header and lose the debug directory's data.
 function(qbsupport_split_debug_symbols target)
-    set(symbols "${CMAKE_BINARY_DIR}/symbols/$<TARGET_FILE_NAME:${target}>.debug")
+    set(folder "${CMAKE_BINARY_DIR}/symbols")
+    if(target STREQUAL QBSUPPORT_ucrt)
+        string(APPEND folder "/ucrt")
+    endif()
+    set(file "$<TARGET_FILE:${target}>")
+    set(symbols "${folder}/$<TARGET_FILE_NAME:${target}>.debug")
     add_custom_command(TARGET ${target} POST_BUILD
-        COMMAND ${CMAKE_COMMAND} -E make_directory "${CMAKE_BINARY_DIR}/symbols"
-        COMMAND ${CMAKE_OBJCOPY} -p --only-keep-debug "$<TARGET_FILE:${target}>" "${symbols}"
-        COMMAND ${CMAKE_STRIP} -p --strip-all "$<TARGET_FILE:${target}>"
-        COMMAND ${CMAKE_OBJCOPY} -p "--add-gnu-debuglink=${symbols}" "$<TARGET_FILE:${target}>"
+        COMMAND ${CMAKE_COMMAND} -E make_directory "${folder}"
+        COMMAND ${QBSUPPORT_OBJCOPY} --only-keep-debug "${file}" "${symbols}"
+        COMMAND ${QBSUPPORT_OBJCOPY} --strip-all "--add-gnu-debuglink=${symbols}" "${file}"
         VERBATIM)
 endfunction()

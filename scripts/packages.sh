@@ -14,6 +14,8 @@ windows_packages=(
     'x86_64-w64-mingw32-g++-posix  g++-mingw-w64-x86-64-posix  cross-compiles the product; POSIX threads, as std::thread in the host and the tests needs them'
     'x86_64-w64-mingw32-gcc-posix  gcc-mingw-w64-x86-64-posix  links the DLL as C'
     'x86_64-w64-mingw32-windres    binutils-mingw-w64-x86-64   compiles version resources and manifests'
+    'ld.lld                        lld                         links the product'
+    'llvm-objcopy                  llvm                        splits off its debug information'
     'wine                          wine                        runs the product'
     'wine                          wine64                      the 64-bit loader: wine alone would accept the 32-bit one'
 )

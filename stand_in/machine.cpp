@@ -142,7 +142,7 @@ Machine::Machine() {
     locale = {{LOCALE_ILANGUAGE, "0409"},
               {LOCALE_SENGLANGUAGE, "English"},
               {LOCALE_SABBREVLANGNAME, "ENU"},
-              {LOCALE_STHOUSAND, ","},
+              {LOCALE_STHOUSAND | LOCALE_USE_CP_ACP, ","},
               {LOCALE_SGROUPING, "3;0"}};
     runtimeLocale = {{LC_COLLATE, "C"}, {LC_CTYPE, "C"}, {LC_MONETARY, "C"},
                      {LC_NUMERIC, "C"}, {LC_TIME, "C"},  {LC_ALL, "C"}};

@@ -79,8 +79,8 @@ TEST_F(ModulesTest, SingleModuleAndVersionResources) {
         {ProductVersion("7.0", 0x0007, 0x0000).values, "7.0"},
         {{{table, english.substr(0, 3)}, {version, "1.0" + zero}}, ""},
         {{{table, english + german}, {germanVersion, "2.0"}, {version, "1.0" + zero}}, "1.0"},
-        // Without a terminator, before something else.
-        {{{table, english}, {version, "1.2.3.4"}, {"\\Other", "other"}}, "1.2.3.4"},
+        // Two bytes for each of its first two characters, of which the platform counts six.
+        {{{table, english}, {version, "\x93\xFA\x96\x7B 1.0" + zero, 6}}, "\x93\xFA\x96\x7B 1.0"},
     };
     for (const auto& [values, shown] : rows) {
         m_machine.versionResources["a.dll"] = {true, values};

@@ -192,12 +192,13 @@ TEST_F(OsTest, RegistryValues) {
                                       {"longer", RegistryText(longest + 'x')},
                                       {"expanded", {REG_EXPAND_SZ, "text"}},
                                       {"number", RegistryNumber(0x87654321)},
+                                      {"short", {REG_DWORD, "ab"}},
                                       {"bytes", {REG_BINARY, "abcd"}}}};
     constexpr std::uint32_t kNone = 0xFFFFFFFF;
     const std::tuple<const char*, std::optional<std::string>, std::uint32_t> rows[] = {
         {"longest", longest, kNone}, {"cut", "a", kNone},        {"longer", {}, kNone},
         {"expanded", {}, kNone},     {"number", {}, 0x87654321}, {"bytes", {}, kNone},
-        {"missing", {}, kNone},
+        {"short", {}, 0x6261},       {"missing", {}, kNone},
     };
     for (const auto& [name, string, number] : rows) {
         CText text("stale");

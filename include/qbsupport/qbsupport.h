@@ -12,6 +12,13 @@ extern "C" {
 #include <stdbool.h>
 #endif
 
+/** The calling convention, whatever a host's compiler is told to use as its own. */
+#ifdef _WIN32
+#define QBSUPPORT_CALL __cdecl
+#else
+#define QBSUPPORT_CALL
+#endif
+
 /** What a section reports: the `kind` of QbSupportGetInfo. */
 enum QbSupportKind {
     QbSupportBanner = 1,            /**< who reads the report, and the privacy statement */
@@ -61,7 +68,7 @@ enum QbSupportFlags {
  * @return 1 when a buffer was handed out; 0 when the kind is unknown, the section has nothing
  *         valid to report, or memory ran out
  */
-int QbSupportGetInfo(int kind, unsigned int flags, char** buffer, const char* argument);
+int QBSUPPORT_CALL QbSupportGetInfo(int kind, unsigned int flags, char** buffer, const char* argument);
 
 /**
  * Frees a buffer that QbSupportGetInfo handed out. The host's own `free` must not be used: it may
@@ -70,7 +77,7 @@ int QbSupportGetInfo(int kind, unsigned int flags, char** buffer, const char* ar
  * @param buffer  the buffer, or null for no effect
  * @return always true
  */
-bool QbSupportReleaseBuffer(char* buffer);
+bool QBSUPPORT_CALL QbSupportReleaseBuffer(char* buffer);
 
 #ifdef __cplusplus
 }

@@ -25,7 +25,7 @@ bool HandOut(const CText& text, char** buffer) {
 
 }  // namespace
 
-int QbSupportGetInfo(int kind, unsigned int flags, char** buffer, const char* argument) {
+int QBSUPPORT_CALL QbSupportGetInfo(int kind, unsigned int flags, char** buffer, const char* argument) {
     CQbSupportWindows collector;
     CText result;
     CText sectionArgument(argument != nullptr ? argument : "");
@@ -38,7 +38,7 @@ int QbSupportGetInfo(int kind, unsigned int flags, char** buffer, const char* ar
     return complete && HandOut(result, buffer) ? 1 : 0;
 }
 
-bool QbSupportReleaseBuffer(char* buffer) {
+bool QBSUPPORT_CALL QbSupportReleaseBuffer(char* buffer) {
     if (buffer != nullptr) {
         std::free(buffer);
     }

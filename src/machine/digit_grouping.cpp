@@ -66,7 +66,10 @@ void CDigitGrouping::Append(CText& text, std::uint64_t number) const {
 }
 
 CDigitGrouping UserDigitGrouping() {
-    return {QueryLocaleValue(LOCALE_SGROUPING), QueryLocaleValue(LOCALE_STHOUSAND)};
+    // Unless asked for the process's code page, the platform gives the separator in the locale's
+    // own: a byte that means nothing in a process that speaks UTF-8.
+    return {QueryLocaleValue(LOCALE_SGROUPING),
+            QueryLocaleValue(LOCALE_STHOUSAND | LOCALE_USE_CP_ACP)};
 }
 
 }  // namespace qb_support

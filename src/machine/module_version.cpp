@@ -48,17 +48,15 @@ bool FindTranslation(const VersionBlock& block, Translation& translation) {
     return true;
 }
 
-// The text of a value, which need not be terminated: it ends at its first NUL, after the length
-// that the platform gives for it (0 tells nothing), or with the block at the latest.
-std::string_view ValueText(const VersionBlock& block, const char* value, UINT length) {
-    std::size_t limit = RoomAt(block, value);
-    if (length != 0) {
-        limit = std::min<std::size_t>(limit, length);
-    }
-    const void* const terminator = std::memchr(value, '\0', limit);
+// The text of a value: up to its first NUL, or to the end of the block when it has none. The length
+// that the platform claims is no bound: it counts characters, of which some code pages have several
+// bytes in one.
+std::string_view ValueText(const VersionBlock& block, const char* value) {
+    const std::size_t room = RoomAt(block, value);
+    const void* const terminator = std::memchr(value, '\0', room);
     return {value, terminator != nullptr
                        ? static_cast<std::size_t>(static_cast<const char*>(terminator) - value)
-                       : limit};
+                       : room};
 }
 
 CText ProductVersion(const VersionBlock& block) {
@@ -73,12 +71,12 @@ CText ProductVersion(const VersionBlock& block) {
 
     // The call's result misleads: it is the value's address that tells whether there is one.
     void* value = nullptr;
-    UINT length = 0;
-    VerQueryValueA(block.words.Data(), path.CStr(), &value, &length);
+    UINT ignored = 0;
+    VerQueryValueA(block.words.Data(), path.CStr(), &value, &ignored);
     if (value == nullptr) {
         return CText("Version info is not accessible!");
     }
-    return CText(ValueText(block, static_cast<const char*>(value), length));
+    return CText(ValueText(block, static_cast<const char*>(value)));
 }
 
 }  // namespace

@@ -17,7 +17,7 @@ inline constexpr char kCurrentVersionKey[] = "SOFTWARE\\Microsoft\\Windows NT\\C
 bool ReadRegistryString(const char* keyPath, const char* valueName, CText& text);
 
 // Reads the 32-bit value likewise. Returns false, with 0xFFFFFFFF, when it is missing, not of the
-// type REG_DWORD, or not of 4 bytes.
+// type REG_DWORD, or longer than 4 bytes.
 bool ReadRegistryDword(const char* keyPath, const char* valueName, std::uint32_t& number);
 
 }  // namespace qb_support

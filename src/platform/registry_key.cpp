@@ -16,10 +16,10 @@ bool CRegistryKey::QueryText(const char* valueName, TextBuffer& text, DWORD& typ
 }
 
 bool CRegistryKey::QueryNumber(const char* valueName, DWORD& number, DWORD& type) const {
+    number = 0;
     DWORD size = sizeof(number);
-    const LSTATUS status =
-        RegQueryValueExA(m_key, valueName, nullptr, &type, reinterpret_cast<BYTE*>(&number), &size);
-    return status == ERROR_SUCCESS && size == sizeof(number);
+    return RegQueryValueExA(m_key, valueName, nullptr, &type, reinterpret_cast<BYTE*>(&number),
+                            &size) == ERROR_SUCCESS;
 }
 
 }  // namespace qb_support

@@ -30,7 +30,8 @@ public:
     // false, with an empty text, when the value is missing or longer.
     bool QueryText(const char* valueName, TextBuffer& text, DWORD& type) const;
 
-    // Reads a value of 4 bytes, and its type. Returns false when it is missing or of another size.
+    // Reads a value of at most 4 bytes, and its type; bytes that it lacks are zero. Returns false
+    // when it is missing or longer.
     bool QueryNumber(const char* valueName, DWORD& number, DWORD& type) const;
 
 private:

@@ -6,10 +6,12 @@ import re
 import subprocess
 import sys
 
-SYSTEM_LIBRARIES = {"advapi32.dll", "gdi32.dll", "kernel32.dll", "msvcrt.dll", "user32.dll",
-                    "version.dll"}
+SYSTEM_LIBRARIES = re.compile("(advapi32|gdi32|kernel32|user32|version|msvcrt|api-ms-win-crt-.*)\\.dll",
+                              re.IGNORECASE)
 FORBIDDEN_IMPORTS = re.compile("abort|exit|terminate|assert|signal|raise|throw", re.IGNORECASE)
-LARGEST_SIZE = 64 * 1024
+LARGEST_SIZE = 44 * 1024
+WRITABLE = 0x80000000
+LOAD_LIBRARY_SEARCH_SYSTEM32 = 0x800
 WINDOWS_HEADERS = re.compile(r"#\s*include\s*<(windows|psapi|tlhelp32|win\w+)\.h>", re.IGNORECASE)
 FORBIDDEN_IN_LIBRARY = re.compile(
     r"#\s*include\s*<(string|vector|map|set|list|deque|iostream|sstream|fstream|ostream|istream|"
@@ -22,35 +24,57 @@ def file_problems(objdump, path, version):
                               env={**os.environ, "LC_ALL": "C"}).stdout
 
     headers = dump("-p")
-    exports = (re.findall(r"\+base\[ *(\d+)\] \w+ Export RVA", headers),
-               re.findall(r"^\t\[ *(\d+)\] ([A-Za-z]\w*)$", headers, re.MULTILINE))
-    if exports != (["100", "101"], [("0", "QbSupportGetInfo"), ("1", "QbSupportReleaseBuffer")]):
+    base = int(re.search(r"Ordinal Base\s+(\d+)", headers)[1])
+    exports = [(base + int(index), name) for index, name in
+               re.findall(r"^\t\[ *(\d+)\] ([A-Za-z]\w*)$", headers, re.MULTILINE)]
+    if exports != [(100, "QbSupportGetInfo"), (101, "QbSupportReleaseBuffer")]:
         yield f"exports {exports}"
     for library in re.findall(r"DLL Name: (\S+)", headers):
-        if library.lower() not in SYSTEM_LIBRARIES:
+        if not SYSTEM_LIBRARIES.fullmatch(library):
             yield f"imports from {library}"
     imports = re.findall(r"^\t[0-9a-f]+\t +\d+  (\w+)$", headers, re.MULTILINE)
     if len(imports) < 20:
         yield f"only {len(imports)} imports found"
     for name in filter(FORBIDDEN_IMPORTS.search, imports):
         yield f"imports {name}"
-    for text in ("pei-x86-64", "HIGH_ENTROPY_VA", "DYNAMIC_BASE", "NX_COMPAT", "symbols stripped"):
+    for text in ("pei-x86-64", "HIGH_ENTROPY_VA", "DYNAMIC_BASE", "NX_COMPAT"):
         if text not in headers:
             yield f"without {text}"
-    sections = re.findall(r"^ +\d+ (\S+) .*\n +(\S.*)", dump("-h"), re.MULTILINE)
-    if ".text" not in dict(sections):
-        yield "no section .text found"
-    for name, flags in sections:
-        if "CODE" in flags and "READONLY" not in flags:
-            yield f"section {name} is writable and executable"
-        if name.startswith(".debug"):
-            yield f"debug information in {name}"
+    if ".debug_" in dump("-h"):
+        yield "debug information"
     content = path.read_bytes()
     if len(content) > LARGEST_SIZE:
         yield f"{len(content)} bytes, more than {LARGEST_SIZE}"
     for text in ("VS_VERSION_INFO", "ProductVersion\0" + version):
         if text.encode("utf-16-le") not in content:
             yield f"version resource without {text!r}"
+    yield from image_problems(content)
+
+
+def image_problems(content):
+    """What the tools do not show: the sections' rights, the load configuration, what tells builds apart."""
+    def number(offset, size=4):
+        return int.from_bytes(content[offset : offset + size], "little")
+
+    header = number(0x3C)
+    optional = header + 24
+    sections = optional + number(header + 20, 2)
+    load_configuration = number(optional + 112 + 10 * 8)
+    dependent_load_flags = None
+    for section in range(sections, sections + 40 * number(header + 6, 2), 40):
+        name = content[section : section + 8].rstrip(b"\0").decode()
+        if number(section + 36) & WRITABLE:
+            yield f"section {name} is writable"
+        start = number(section + 12)
+        if start <= load_configuration < start + number(section + 8):
+            at = load_configuration - start + number(section + 20)
+            dependent_load_flags = number(at + 0x4E, 2)
+    if dependent_load_flags != LOAD_LIBRARY_SEARCH_SYSTEM32:
+        yield f"DependentLoadFlags {dependent_load_flags}"
+    if number(header + 8) == 0:
+        yield "without a time stamp to tell builds apart"
+    if (number(optional + 48, 2), number(optional + 50, 2)) != (6, 1):
+        yield "another subsystem version than 6.1"
 
 
 def source_problems(directory):
