@@ -1,8 +1,10 @@
-// What the measuring programs share: the calls that they measure, and the table's rows.
+// What the measuring programs share: the sections with their floors, and how a time is taken.
 #ifndef QBSUPPORT_BENCH_BENCH_H
 #define QBSUPPORT_BENCH_BENCH_H
 
+#include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstdio>
 #include <string>
 
@@ -16,18 +18,12 @@ struct Section {
     // Names something that is there, on Windows and on the stand-in.
     const char* argument;
     // The section's floor: its platform calls in the library's own order, on a Windows 10 or 11,
-    // and no text. Null where the section asks the platform nothing.
+    // and no text. It makes none where the section asks the platform nothing.
     void (*makePlatformCalls)(const char* argument);
 };
 
 // Every kind that reports something, in the order of a whole report.
 extern const std::array<Section, 19> kSections;
-
-// Three of them as a plain implementation writes them, with the floor's platform calls, on the
-// stand-in's plain machine.
-std::string PlainOperatingSystem();
-std::string PlainMemory();
-std::string PlainModules();
 
 inline constexpr unsigned int kFlags =
     QbSupportFlagHeadings | QbSupportFlagSeparator | QbSupportFlagIndent;
@@ -36,11 +32,36 @@ inline std::string KindName(const Section& section) {
     return "kind " + std::to_string(section.kind) + ' ' + section.name;
 }
 
-// Prints a row for bench/run. `relation` is "<=" or "=" to the target, empty where there is none.
-inline void PrintRow(const std::string& figure, double value, const char* unit,
-                     const char* relation = "", double target = 0, const std::string& note = "") {
-    std::printf("%s\t%.9g\t%s\t%s\t%.9g\t%s\n", figure.c_str(), value, unit, relation, target,
-                note.c_str());
+// The nanoseconds that a call takes.
+struct Cost {
+    double library;
+    double floor;
+};
+
+double TimeOne(int count, const auto& function) {
+    const auto start = std::chrono::steady_clock::now();
+    for (int i = 0; i < count; ++i) {
+        function();
+    }
+    const std::chrono::duration<double, std::nano> time = std::chrono::steady_clock::now() - start;
+    return time.count() / count;
+}
+
+// The least of many batches of each, by turns, in a second and a half: other programs only ever
+// make a batch longer, and one of a fifth of a millisecond often runs undisturbed.
+Cost LeastCost(const auto& library, const auto& floor) {
+    double estimate = 1e9;
+    for (int i = 0; i < 5; ++i) {
+        estimate = std::min(estimate, std::max(TimeOne(3, library), TimeOne(3, floor)));
+    }
+    const int count = std::max(1, static_cast<int>(200'000 / estimate));
+    Cost least{1e300, 1e300};
+    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(1500);
+    while (std::chrono::steady_clock::now() < end) {
+        least.library = std::min(least.library, TimeOne(count, library));
+        least.floor = std::min(least.floor, TimeOne(count, floor));
+    }
+    return least;
 }
 
 }  // namespace qb_support::bench

@@ -1,4 +1,5 @@
-// The sections' platform calls without the sections. platform_calls checks that they are the same.
+// The sections' platform calls without the sections. own_cost checks that they are the same.
+#include <initializer_list>
 #include <vector>
 
 #include "bench.h"
@@ -6,8 +7,6 @@
 #include "os/version_tests.h"
 #include "platform/named_function.h"
 #include "platform/registry_key.h"
-#include "platform/screen_device_context.h"
-#include "platform/snapshot.h"
 #include "platform/system_info.h"
 
 namespace qb_support::bench {
@@ -17,6 +16,8 @@ namespace {
 // What the platform fills, and nobody reads.
 alignas(8) char scratch[64 * 1024];
 
+void AskForNothing(const char* /*argument*/) {}
+
 void AskForTime(const char* /*argument*/) {
     const auto now = _time64(nullptr);
     _ctime64(&now);
@@ -25,31 +26,32 @@ void AskForTime(const char* /*argument*/) {
     GetTimeZoneInformation(&zone);
 }
 
-void ReadText(const RegistryKey& key, const char* name) {
-    RegistryKey::TextBuffer text;
+void ReadValues(const char* path, std::initializer_list<const char*> names) {
+    const CRegistryKey key(HKEY_LOCAL_MACHINE, path, KEY_READ);
+    CRegistryKey::TextBuffer text;
     DWORD type = REG_NONE;
-    key.QueryText(name, text, type);
+    for (const char* const name : names) {
+        key.QueryText(name, text, type);
+    }
 }
 
 void AskForOperatingSystem(const char* /*argument*/) {
     OSVERSIONINFOEXA version;
     DetectVersionFromTable(version);  // probes and nothing else
-    ReadText(RegistryKey(HKEY_LOCAL_MACHINE, kCurrentVersionKey, KEY_READ), "EditionID");
+    ReadValues(kCurrentVersionKey, {"EditionID"});
     DWORD type = 0;
-    FindFunction<BOOL WINAPI(DWORD, DWORD, DWORD, DWORD, DWORD*)>(
-        GetModuleHandleA("kernel32.dll"), "GetProductInfo")(10, 0, 0, 0, &type);
-    ReadText(RegistryKey(HKEY_LOCAL_MACHINE, kCurrentVersionKey, KEY_READ), "ProductName");
-    ReadText(RegistryKey(HKEY_LOCAL_MACHINE, kCurrentVersionKey, KEY_READ), "DisplayVersion");
-    DWORD revision = 0;
-    RegistryKey(HKEY_LOCAL_MACHINE, kCurrentVersionKey, KEY_READ)
-        .QueryNumber("UBR", revision, type);
+    FindFunction<decltype(GetProductInfo)>(GetModuleHandleA("kernel32.dll"), "GetProductInfo")(
+        10, 0, 0, 0, &type);
+    for (const char* const name : {"ProductName", "DisplayVersion", "UBR"}) {
+        ReadValues(kCurrentVersionKey, {name});
+    }
     QuerySystemInfo();
 }
 
 void AskForUserName(const char* /*argument*/) {
-    auto* const getUserName = FindFunction<BOOLEAN WINAPI(int, char*, ULONG*)>(
-        LoadLibraryA("Secur32.dll"), "GetUserNameExA");
-    for (const int form : {2, 3}) {
+    auto* const getUserName =
+        FindFunction<decltype(GetUserNameExA)>(LoadLibraryA("Secur32.dll"), "GetUserNameExA");
+    for (const auto form : {NameSamCompatible, NameDisplay}) {
         ULONG size = 1024;
         getUserName(form, scratch, &size);
     }
@@ -72,11 +74,8 @@ void AskForLocale(const char* /*argument*/) {
 
 void AskForHardware(const char* /*argument*/) {
     QuerySystemInfo();
-    const RegistryKey key(HKEY_LOCAL_MACHINE, "HARDWARE\\DESCRIPTION\\System\\CentralProcessor\\0",
-                          KEY_READ);
-    ReadText(key, "ProcessorNameString");
-    ReadText(key, "Identifier");
-    ReadText(key, "VendorIdentifier");
+    ReadValues("HARDWARE\\DESCRIPTION\\System\\CentralProcessor\\0",
+               {"ProcessorNameString", "Identifier", "VendorIdentifier"});
 }
 
 void AskForMemory(const char* /*argument*/) {
@@ -86,9 +85,8 @@ void AskForMemory(const char* /*argument*/) {
     memory.dwLength = sizeof(memory);
     GlobalMemoryStatusEx(&memory);
     PROCESS_MEMORY_COUNTERS counters{};
-    FindFunction<BOOL WINAPI(HANDLE, PROCESS_MEMORY_COUNTERS*, DWORD)>(
-        LoadLibraryA("psapi.dll"), "GetProcessMemoryInfo")(GetCurrentProcess(), &counters,
-                                                           sizeof(counters));
+    FindFunction<decltype(GetProcessMemoryInfo)>(LoadLibraryA("psapi.dll"), "GetProcessMemoryInfo")(
+        GetCurrentProcess(), &counters, sizeof(counters));
 }
 
 void AskForDirectory(const char* path) {
@@ -110,7 +108,7 @@ void AskForDirectories(const char* /*argument*/) {
 
 void OpenKey(HKEY root, const char* path) {
     for (const REGSAM access : {KEY_READ, KEY_READ | KEY_WRITE, KEY_ALL_ACCESS}) {
-        const RegistryKey key(root, path, access);
+        const CRegistryKey key(root, path, access);
     }
 }
 
@@ -153,14 +151,15 @@ void AskForModule(const char* name) {
 }
 
 void AskForModules(const char* /*argument*/) {
-    const Snapshot snapshot(
-        CreateToolhelp32Snapshot(TH32CS_SNAPMODULE | TH32CS_SNAPMODULE32, GetCurrentProcessId()));
+    HANDLE snapshot =
+        CreateToolhelp32Snapshot(TH32CS_SNAPMODULE | TH32CS_SNAPMODULE32, GetCurrentProcessId());
     MODULEENTRY32 entry{};
     entry.dwSize = sizeof(entry);
-    for (BOOL more = Module32First(snapshot.Handle(), &entry); more != 0;
-         more = Module32Next(snapshot.Handle(), &entry)) {
+    for (BOOL more = Module32First(snapshot, &entry); more != 0;
+         more = Module32Next(snapshot, &entry)) {
         AskForModule(entry.szModule);
     }
+    CloseHandle(snapshot);
 }
 
 BOOL CALLBACK Remember(HMONITOR monitor, HDC /*context*/, RECT* /*area*/, LPARAM monitors) {
@@ -171,11 +170,10 @@ BOOL CALLBACK Remember(HMONITOR monitor, HDC /*context*/, RECT* /*area*/, LPARAM
 void AskForDisplay(const char* /*argument*/) {
     GetSystemMetrics(SM_CXVIRTUALSCREEN);
     GetSystemMetrics(SM_CYVIRTUALSCREEN);
-    {
-        const ScreenDeviceContext screen;
-        static_cast<void>(screen.Capability(LOGPIXELSX));
-        static_cast<void>(screen.Capability(LOGPIXELSY));
-    }
+    HDC screen = GetDC(nullptr);
+    GetDeviceCaps(screen, LOGPIXELSX);
+    GetDeviceCaps(screen, LOGPIXELSY);
+    ReleaseDC(nullptr, screen);
     // Its memory stays from call to call: a floor has nothing to allocate.
     static std::vector<HMONITOR> monitors;
     monitors.clear();
@@ -190,10 +188,10 @@ void AskForDisplay(const char* /*argument*/) {
 }  // namespace
 
 constexpr std::array<Section, 19> kSections = {{
-    {QbSupportBanner, "banner", "", nullptr},
+    {QbSupportBanner, "banner", "", AskForNothing},
     {QbSupportDateTime, "date and time", "", AskForTime},
     {QbSupportOperatingSystem, "operating system", "", AskForOperatingSystem},
-    {QbSupportUname, "uname", "", nullptr},
+    {QbSupportUname, "uname", "", AskForNothing},
     {QbSupportUserName, "user name", "", AskForUserName},
     {QbSupportLocale, "locale", "", AskForLocale},
     {QbSupportHardware, "hardware", "", AskForHardware},
@@ -207,7 +205,7 @@ constexpr std::array<Section, 19> kSections = {{
     {QbSupportEnvironment, "environment", "USERNAME", AskForVariable},
     {QbSupportModules, "modules", "", AskForModules},
     {QbSupportModule, "module", "ntdll.dll", AskForModule},
-    {QbSupportLimits, "limits", "", nullptr},
+    {QbSupportLimits, "limits", "", AskForNothing},
     {QbSupportDisplay, "display", "", AskForDisplay},
 }};
 

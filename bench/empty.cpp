@@ -1,2 +1,0 @@
-// What starting and ending any program costs.
-int main() {}
