@@ -32,13 +32,12 @@ inline std::string KindName(const Section& section) {
     return "kind " + std::to_string(section.kind) + ' ' + section.name;
 }
 
-// The nanoseconds that a call takes.
-struct Cost {
+struct Cost {  // nanoseconds a call
     double library;
     double floor;
 };
 
-double TimeOne(int count, const auto& function) {
+inline double TimeOne(int count, const auto& function) {
     const auto start = std::chrono::steady_clock::now();
     for (int i = 0; i < count; ++i) {
         function();
@@ -49,7 +48,9 @@ double TimeOne(int count, const auto& function) {
 
 // The least of many batches of each, by turns, in a second and a half: other programs only ever
 // make a batch longer, and one of a fifth of a millisecond often runs undisturbed.
-Cost LeastCost(const auto& library, const auto& floor) {
+inline Cost LeastCost(const Section& section, void (*callLibrary)(const Section&)) {
+    const auto library = [&] { callLibrary(section); };
+    const auto floor = [&] { section.makePlatformCalls(section.argument); };
     double estimate = 1e9;
     for (int i = 0; i < 5; ++i) {
         estimate = std::min(estimate, std::max(TimeOne(3, library), TimeOne(3, floor)));

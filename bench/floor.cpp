@@ -1,6 +1,5 @@
 // The sections' platform calls without the sections. own_cost checks that they are the same.
 #include <initializer_list>
-#include <vector>
 
 #include "bench.h"
 #include "os/registry_values.h"
@@ -140,14 +139,8 @@ void AskForModule(const char* name) {
         VerQueryValueA(scratch, "\\VarFileInfo\\Translation", &value, &length) == 0) {
         return;
     }
-    char path[] = "\\StringFileInfo\\00000000\\ProductVersion";
-    char* digit = path + sizeof("\\StringFileInfo\\") - 1;
-    for (const WORD part : {static_cast<WORD*>(value)[0], static_cast<WORD*>(value)[1]}) {
-        for (const int shift : {12, 8, 4, 0}) {
-            *digit++ = "0123456789abcdef"[part >> shift & 0xF];
-        }
-    }
-    VerQueryValueA(scratch, path, &value, &length);
+    // Where Wine's own files have it; looking in vain takes a little less.
+    VerQueryValueA(scratch, "\\StringFileInfo\\040904B0\\ProductVersion", &value, &length);
 }
 
 void AskForModules(const char* /*argument*/) {
@@ -162,9 +155,10 @@ void AskForModules(const char* /*argument*/) {
     CloseHandle(snapshot);
 }
 
-BOOL CALLBACK Remember(HMONITOR monitor, HDC /*context*/, RECT* /*area*/, LPARAM monitors) {
-    reinterpret_cast<std::vector<HMONITOR>*>(monitors)->push_back(monitor);
-    return TRUE;
+BOOL CALLBACK AskForMonitor(HMONITOR monitor, HDC /*context*/, RECT* /*area*/, LPARAM /*data*/) {
+    MONITORINFOEXA info{};
+    info.cbSize = sizeof(info);
+    return GetMonitorInfoA(monitor, &info);
 }
 
 void AskForDisplay(const char* /*argument*/) {
@@ -174,15 +168,7 @@ void AskForDisplay(const char* /*argument*/) {
     GetDeviceCaps(screen, LOGPIXELSX);
     GetDeviceCaps(screen, LOGPIXELSY);
     ReleaseDC(nullptr, screen);
-    // Its memory stays from call to call: a floor has nothing to allocate.
-    static std::vector<HMONITOR> monitors;
-    monitors.clear();
-    EnumDisplayMonitors(nullptr, nullptr, Remember, reinterpret_cast<LPARAM>(&monitors));
-    for (HMONITOR monitor : monitors) {
-        MONITORINFOEXA info{};
-        info.cbSize = sizeof(info);
-        GetMonitorInfoA(monitor, &info);
-    }
+    EnumDisplayMonitors(nullptr, nullptr, AskForMonitor, 0);
 }
 
 }  // namespace

@@ -45,8 +45,7 @@ int main(int argc, char** argv) {
     bool allMet = true;
     Cost whole{};
     for (const Section& section : kSections) {
-        const Cost cost = LeastCost([&] { CallLibrary(section); },
-                                    [&] { section.makePlatformCalls(section.argument); });
+        const Cost cost = LeastCost(section, CallLibrary);
         allMet = PrintRow(KindName(section), cost) && allMet;
         whole.library += cost.library;
         whole.floor += cost.floor;
