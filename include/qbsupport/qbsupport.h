@@ -6,6 +6,12 @@
 #ifndef QBSUPPORT_QBSUPPORT_H
 #define QBSUPPORT_QBSUPPORT_H
 
+/* The version of this header; the DLL has its own in its version resource. */
+#define QBSUPPORT_VERSION_MAJOR 1
+#define QBSUPPORT_VERSION_MINOR 0
+#define QBSUPPORT_VERSION_PATCH 0
+#define QBSUPPORT_VERSION "1.0.0"
+
 #ifdef __cplusplus
 extern "C" {
 #else
