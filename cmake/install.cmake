@@ -2,17 +2,24 @@
 # archive's: bin, include, lib, the same on every system.
 include(CMakePackageConfigHelpers)
 
-# Before anything is copied.
-set(needed "$<TARGET_FILE:QBSUPPORT>" ${msvc_import_library})
+set(programs)
 if(WIN32)
-    list(APPEND needed "$<TARGET_FILE:qbreport>" "$<$<TARGET_EXISTS:qbreportw>:$<TARGET_FILE:qbreportw>>")
+    set(programs qbreport)
+    if(TARGET qbreportw)
+        list(APPEND programs qbreportw)
+    endif()
 endif()
-install(CODE "
-    foreach(file IN ITEMS ${needed})
-        if(NOT EXISTS \"\${file}\")
-            message(FATAL_ERROR \"\${file} is not built: cmake --build ${PROJECT_BINARY_DIR}\")
-        endif()
-    endforeach()")
+
+# Before anything is copied.
+set(needed ${msvc_import_library})
+foreach(target QBSUPPORT ${programs})
+    list(APPEND needed "$<TARGET_FILE:${target}>")
+endforeach()
+foreach(file IN LISTS needed)
+    install(CODE "if(NOT EXISTS \"${file}\")
+        message(FATAL_ERROR \"not built yet: cmake --build '${PROJECT_BINARY_DIR}'\")
+    endif()")
+endforeach()
 
 install(TARGETS QBSUPPORT
     RUNTIME DESTINATION bin
@@ -23,11 +30,8 @@ if(TARGET QBSUPPORT_ucrt)
     install(TARGETS QBSUPPORT_ucrt RUNTIME DESTINATION bin/ucrt)
 endif()
 install(DIRECTORY include/qbsupport DESTINATION include)
-if(WIN32)
-    install(TARGETS qbreport RUNTIME DESTINATION bin)
-    if(TARGET qbreportw)
-        install(TARGETS qbreportw RUNTIME DESTINATION bin)
-    endif()
+if(programs)
+    install(TARGETS ${programs} RUNTIME DESTINATION bin)
 endif()
 if(msvc_import_library)
     install(FILES "${msvc_import_library}" DESTINATION lib)

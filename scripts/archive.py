@@ -1,9 +1,10 @@
-"""Makes the archives: archive.py STAGE SYMBOLS NAME writes NAME.zip and NAME-symbols.zip.
+"""Makes the archives: archive.py STAGE SYMBOLS NAME writes NAME.zip, NAME-symbols.zip and NAME.sha256.
 
 The installed tree comes from STAGE, the examples and the documentation from the sources. Nothing
 in an archive tells when, where or by whom it was made.
 """
 
+import hashlib
 import os
 import pathlib
 import re
@@ -11,6 +12,16 @@ import sys
 import zipfile
 
 PROJECT = pathlib.Path(__file__).resolve().parent.parent
+# The pages for those who have only the archive, and the names that some of them get in it.
+PAGES = {
+    "docs/package.md": "README.md",
+    "docs/hosting.md": "doc/hosting.md",
+    "docs/qbreport.md": "doc/qbreport.md",
+    "docs/qbreportw.png": "doc/qbreportw.png",
+    "docs/report.md": "doc/report.md",
+    "CHANGELOG.md": "doc/CHANGELOG.md",
+    "LICENSE": "LICENSE",
+}
 LINK = re.compile(r"\[([^][]*)\]\(([^()#\s]*)(#[^()\s]*)?\)")
 
 
@@ -26,10 +37,9 @@ def archive_files(stage):
     files = files_below(stage)
     for name, path in files_below(PROJECT / "examples").items():
         files["examples/" + name] = path
-    for name, path in files_below(PROJECT / "docs").items():
-        files["doc/" + name] = path
-    for name in ("README.md", "CHANGELOG.md"):
-        files["doc/" + name] = PROJECT / name
+    for source, name in PAGES.items():
+        if (PROJECT / source).exists():
+            files[name] = PROJECT / source
     return files
 
 
@@ -50,6 +60,7 @@ def with_links(text, source, name, names):
 
 
 def write_archive(archive_name, files):
+    """Everything stands below one folder, named after the archive."""
     names = {}
     for name, path in files.items():
         # A link may lead to a file, to the folder of one, or to one that was installed.
@@ -63,19 +74,21 @@ def write_archive(archive_name, files):
             if name.endswith(".md"):
                 data = with_links(data.decode(), path, name, names).encode()
             # The earliest time that the format can hold.
-            entry = zipfile.ZipInfo(name, (1980, 1, 1, 0, 0, 0))
+            entry = zipfile.ZipInfo(f"{archive_name.stem}/{name}", (1980, 1, 1, 0, 0, 0))
             entry.compress_type = zipfile.ZIP_DEFLATED
             entry.create_system = 3
             entry.external_attr = (0o755 if name.endswith((".dll", ".exe")) else 0o644) << 16
             archive.writestr(entry, data)
     print(archive_name)
+    return f"{hashlib.sha256(archive_name.read_bytes()).hexdigest()}  {archive_name.name}\n"
 
 
 def main():
     stage, symbols, name = map(pathlib.Path, sys.argv[1:])
     name.parent.mkdir(exist_ok=True)
-    write_archive(f"{name}.zip", archive_files(stage))
-    write_archive(f"{name}-symbols.zip", files_below(symbols))
+    sums = write_archive(pathlib.Path(f"{name}.zip"), archive_files(stage))
+    sums += write_archive(pathlib.Path(f"{name}-symbols.zip"), files_below(symbols))
+    pathlib.Path(f"{name}.sha256").write_text(sums)
 
 
 main()

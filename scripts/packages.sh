@@ -46,6 +46,14 @@ lint_packages=(
     'clang-tidy    clang-tidy    static analysis and naming'
     'cppcheck      cppcheck      static analysis, a second opinion'
     'shellcheck    shellcheck    static analysis of the scripts'
+    'yamllint      yamllint      syntax of the build server workflow'
+)
+
+# Without them the tests of the examples and of pkg-config are skipped.
+example_packages=(
+    'mcs         mono-mcs      compiles the C# and PowerShell examples'
+    'mono        mono-runtime  runs them'
+    'pkg-config  pkg-config    finds the installed library as a packager would'
 )
 
 package_packages=(

@@ -64,14 +64,19 @@ def install(settings, scratch):
     return (scratch / "installed").rename(scratch / "moved")
 
 
-def configure(settings, source, build, prefix):
-    cross = [f"-DCMAKE_SYSTEM_NAME={settings.system}"] if emulator(settings) else []
+def cmake(settings, scratch, source, build, *options):
+    """Configures and builds a project outside, with the usual toolchain file where one is needed."""
+    lines = [f"set(CMAKE_SYSTEM_NAME {settings.system})"] if emulator(settings) else []
     named = {"C": settings.c_compiler, "CXX": settings.cxx_compiler, "RC": settings.rc_compiler}
-    compilers = [f"-DCMAKE_{name}_COMPILER={path}" for name, path in named.items() if path]
+    lines += [f"set(CMAKE_{name}_COMPILER {path})" for name, path in named.items() if path]
+    lines += ["set(CMAKE_FIND_ROOT_PATH /usr/x86_64-w64-mingw32)",
+              "set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)"]
+    (scratch / "toolchain.cmake").write_text("\n".join(lines))
     strict = "-Wall -Wextra -pedantic -Werror"
-    flags = [f"-DCMAKE_C_FLAGS={strict}", f"-DCMAKE_CXX_FLAGS={strict}"]
-    where = ["-S", source, "-B", build, f"-DCMAKE_PREFIX_PATH={prefix}"]
-    run("cmake", "-G", "Ninja", *where, *cross, *compilers, *flags)
+    flags = [f"-DCMAKE_C_FLAGS={strict}", f"-DCMAKE_CXX_FLAGS={strict}", *options]
+    toolchain = f"-DCMAKE_TOOLCHAIN_FILE={scratch}/toolchain.cmake"
+    run("cmake", "-G", "Ninja", "-S", source, "-B", build, toolchain, *flags)
+    run("cmake", "--build", build)
 
 
 def check_report(text):
@@ -84,18 +89,14 @@ def installed_package(settings, scratch):
     """A project outside finds the package, links it or loads it, and runs."""
     prefix = install(settings, scratch)
     build = scratch / "examples"
-    configure(settings, settings.source / "examples", build, prefix)
-    run("cmake", "--build", build)
+    options = [f"-DCMAKE_PREFIX_PATH={prefix}"]
+    cmake(settings, scratch, settings.source / "examples", build, *options)
     suffix = ".exe" if settings.system == "Windows" else ""
     program = (build / f"whole_report{suffix}").read_bytes()
     check(not suffix or b"<supportedOS Id=" in program, "the example has no manifest")
     in_place = {"cwd": build}
     run(*emulator(settings), build / f"whole_report{suffix}", "r.txt", **in_place)
-    report = (build / "r.txt").read_bytes()
-    check_report(report)
-    # The single lines follow their section, and an empty line follows them.
-    directories = (b"\nSystem directories\r\n", b"   App: ", b"\n\r\nRegistry:\r\n")
-    check_order(report, *directories, b"   App: ", b"\n\r\nApplication\r\n")
+    check_report((build / "r.txt").read_bytes())
 
     host = [*emulator(settings), build / f"run_time{suffix}"]
     library = [] if suffix else [prefix / "lib" / "libQBSUPPORT.so"]
@@ -103,6 +104,34 @@ def installed_package(settings, scratch):
     missing = subprocess.run([*host, "missing.file"], capture_output=True, **in_place)
     check(missing.returncode == 1, "a missing library goes unnoticed")
     check_order(missing.stderr, b"No support report: cannot load missing.file: ")
+
+    need("pkg-config")
+    paths = {**os.environ, "PKG_CONFIG_PATH": str(prefix / "lib" / "pkgconfig")}
+    found = run("pkg-config", "--cflags", "--libs", "qbsupport", env=paths).decode()
+    folders = [os.path.realpath(folder) for folder in re.findall(r"-[IL](\S+)", found)]
+    check(folders == [f"{prefix}/include", f"{prefix}/lib"], f"pkg-config gives {found}")
+
+    if emulator(settings):  # then this system is a wrong one for the package
+        command = ("cmake", "-S", settings.source / "examples", "-B", scratch / "wrong", *options)
+        refused = subprocess.run(command, capture_output=True)
+        check(refused.returncode != 0, "the package is found for a wrong platform")
+        check_order(re.sub(rb"\s+", b" ", refused.stderr), b"QBSUPPORT is for 64-bit Windows")
+
+
+def subproject(settings, scratch):
+    """A project that takes the sources in gets the library, and none of its tests."""
+    (scratch / "CMakeLists.txt").write_text(f"""
+        cmake_minimum_required(VERSION 3.25)
+        project(host LANGUAGES C CXX)
+        include(CTest)
+        add_subdirectory("{settings.source}" qbsupport)
+        add_subdirectory("{settings.source}/examples" examples)""")
+    # A warning for every file, were it an error.
+    cmake(settings, scratch, scratch, scratch / "b", "-DCMAKE_CXX_FLAGS=-Wnamespaces")
+    run(scratch / "b" / "examples" / "whole_report", scratch / "r.txt")
+    check_report((scratch / "r.txt").read_bytes())
+    listed = run("ctest", "--test-dir", scratch / "b", "--show-only")
+    check(b"Total Tests: 0" in listed, "the library's tests are the host's")
 
 
 def imports(settings, program):
@@ -114,26 +143,22 @@ def imports(settings, program):
     return {int(place, 16) & 0xFFFF if int(place, 16) >> 63 else name for place, name in rows}
 
 
-def import_library(settings, scratch, name):
-    """A host linked against one of the import libraries binds as it should, and runs."""
-    library = install(settings, scratch) / "lib" / name
-    if name == "QBSUPPORT.lib" and not library.exists():
+def without_cmake(settings, scratch, library):
+    """The commands in the examples' page work as written, and with MSVC's import library too."""
+    folder = install(settings, scratch)
+    if not (folder / "lib" / library).exists():
         need("llvm-dlltool")
-    host = scratch / "host.exe"
-    source = settings.source / "examples" / "whole_report.c"
-    run(settings.c_compiler, f"-I{settings.source}/include", source, library, "-o", host)
+    shutil.copytree(settings.source / "examples", folder / "examples")
+    page = (folder / "examples" / "README.md").read_text()
+    commands = page.split("Without CMake")[1].split("```sh\n")[1].split("```")[0]
+    run("bash", "-ec", commands.replace("libQBSUPPORT.dll.a", library), cwd=folder)
+    host = folder / "whole_report.exe"
+    check(b"<supportedOS Id=" in host.read_bytes(), "no manifest")
     names = {"QbSupportGetInfo", "QbSupportReleaseBuffer"}
     found = imports(settings, host)
-    check(found == ({100, 101} if name == "QBSUPPORT.lib" else names), f"it imports {found}")
-    shutil.copy(settings.product / "QBSUPPORT.dll", scratch)
-    run(*emulator(settings), host, "report.txt", cwd=scratch)
-    check_report((scratch / "report.txt").read_bytes())
-    # The same for the C++ convenience.
-    wrapper = b"""#include <qbsupport/qbsupport.hpp>
-        int main() { return qbsupport::Section(QbSupportUname, 1) == "Uname\\r\\n-----\\r\\n" ? 0 : 1; }"""
-    run(settings.cxx_compiler, "-std=c++17", f"-I{settings.source}/include", "-x", "c++", "-",
-        "-x", "none", library, "-static", "-o", host, input=wrapper)
-    run(*emulator(settings), host, cwd=scratch)
+    check(found == ({100, 101} if library == "QBSUPPORT.lib" else names), f"it imports {found}")
+    run(*emulator(settings), host, "r.txt", cwd=folder)
+    check_report((folder / "r.txt").read_bytes())
 
 
 def python_example(settings, scratch):
@@ -141,33 +166,61 @@ def python_example(settings, scratch):
     check_report(run(sys.executable, settings.source / "examples" / "report.py", library))
 
 
+def mono_example(settings, scratch, name):
+    """C#, as a program or as the text that PowerShell compiles, with the native library."""
+    need("mcs")
+    need("mono")
+    source = (settings.source / "examples" / name).read_text()
+    main = ""
+    if name.endswith(".ps1"):
+        source = source.split('@"\n', 1)[1].split('\n"@')[0].replace("$fullPath", "QBSUPPORT")
+        main = """static class Host { static void Main() {
+            foreach (int kind in new[] {3, 8}) System.Console.Write(QbSupport.Section(kind, 7, "")); } }"""
+    (scratch / "report.cs").write_text(source + main)
+    shutil.copy(settings.product / "libQBSUPPORT.so", scratch)
+    run("mcs", "-warnaserror", "-platform:x64", "report.cs", cwd=scratch)
+    check_report(run("mono", "report.exe", cwd=scratch))
+
+
+def samples(settings, scratch):
+    """The samples in the pages are what the native build prints today."""
+    host = settings.product / "qbreport"
+    key, variable = ("--app-key", "Software"), ("--variable", "HOME")
+    report = run(host, "-d", "C:/Tools/Viewer", *key, *variable).replace(b"\r", b"").decode()
+    for page in ("README.md", "docs/report.md"):
+        blocks = re.findall(r"^```text\n(.*?)^```", (settings.source / page).read_text(), re.M | re.S)
+        check(blocks, f"no sample in {page}")
+        for block in blocks:
+            check(block in report, f"{page}: qbreport does not print\n{block}")
+
+
 def archive(settings, scratch):
     """This build and one of a copy in another directory pack to the same bytes."""
-    if settings.system != settings.host_system:
-        for tool in ("llvm-dlltool", "wine", "bash"):
-            need(tool)
-    stage = install(settings, scratch)
-    first = scratch / "first" / "archive"
-    script = settings.source / "scripts" / "archive.py"
-    run(sys.executable, script, stage, settings.build / "symbols", first)
+    for tool in ("llvm-dlltool", "wine", "bash"):
+        need(tool)
     copy = scratch / "a copy"
     shutil.copytree(settings.source, copy, ignore=shutil.ignore_patterns(".git", "build", "out"))
     # The same Python, because another may compress in another way.
     path = f"{pathlib.Path(sys.executable).parent}:{os.environ['PATH']}"
     email = f"-DQBSUPPORT_SUPPORT_EMAIL={settings.email}"
     run(copy / "scripts" / "package", email, env={**os.environ, "PATH": path})
-    second, second_symbols = sorted((copy / "out").iterdir(), key=lambda path: len(path.name))
-    for one, other in ((f"{first}.zip", second), (f"{first}-symbols.zip", second_symbols)):
-        check(pathlib.Path(one).read_bytes() == other.read_bytes(), f"{other.name} differs")
+    second, second_symbols = sorted((copy / "out").glob("*.zip"), key=lambda path: len(path.name))
+    run("sha256sum", "--check", "--strict", second.with_suffix(".sha256"), cwd=copy / "out")
+    first = scratch / "first"
+    run(sys.executable, settings.source / "scripts" / "archive.py", install(settings, scratch),
+        settings.build / "symbols", first / second.stem)
+    for other in (second, second_symbols):
+        check((first / other.name).read_bytes() == other.read_bytes(), f"{other.name} differs")
 
-    unpacked = scratch / "unpacked"
-    shutil.unpack_archive(second, unpacked)
-    folders = {path.name for path in unpacked.iterdir()}
-    check(folders == {"bin", "doc", "examples", "include", "lib"}, f"the archive has {folders}")
+    shutil.unpack_archive(second, scratch / "unpacked")
+    (unpacked,) = (scratch / "unpacked").iterdir()
+    found = {path.name for path in unpacked.iterdir()}
+    check(found == {"README.md", "bin", "doc", "examples", "include", "lib"}, f"it has {found}")
     run(sys.executable, pathlib.Path(__file__).parent / "markdown_links.py", unpacked)
 
 
-TESTS = (public_headers, installed_package, import_library, python_example, archive)
+TESTS = (public_headers, installed_package, subproject, without_cmake, python_example,
+         mono_example, samples, archive)
 
 
 def main():
@@ -178,7 +231,7 @@ def main():
     name, *arguments = sys.argv[1 + len(given) :]
     test = {test.__name__: test for test in TESTS}[name]
     with tempfile.TemporaryDirectory() as scratch:
-        test(settings, pathlib.Path(scratch), *arguments)
+        test(settings, pathlib.Path(scratch).resolve(), *arguments)
 
 
 main()
