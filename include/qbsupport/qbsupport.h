@@ -1,8 +1,9 @@
 /* QBSUPPORT: a plain-text support report about the machine and the process, one section a call.
  *
  * Every call runs on the caller's thread, keeps nothing for the next one and may be made from
- * several threads at once. The text is 8-bit, in the system's ANSI code page; its line ends are
- * CR LF or LF, line by line, and are best written to a file in binary. */
+ * several threads at once. The text is 8-bit, in the process's ANSI code page. It is exact to the
+ * byte: some lines end in CR LF, others in LF, on purpose. Write it in binary; making the line ends
+ * alike for display does no harm. */
 #ifndef QBSUPPORT_QBSUPPORT_H
 #define QBSUPPORT_QBSUPPORT_H
 
@@ -27,7 +28,8 @@ extern "C" {
 
 /** What a section reports: the `kind` of QbSupportGetInfo. */
 enum QbSupportKind {
-    QbSupportBanner = 1,            /**< who reads the report, and the privacy statement */
+    QbSupportBanner = 1,            /**< where to send the report, an address that is set when the
+                                         library is built, and the privacy statement */
     QbSupportDateTime = 2,          /**< local date and time, time zone */
     QbSupportOperatingSystem = 3,   /**< Windows release, edition, version and build, as Windows
                                          tells them to this process: see the host's manifest in
@@ -43,7 +45,9 @@ enum QbSupportKind {
     QbSupportUserAppKey = 12,       /**< one HKEY_CURRENT_USER line; argument: the key's path */
     QbSupportMachineAppKey = 13,    /**< one HKEY_LOCAL_MACHINE line; argument: the key's path */
     QbSupportApplication = 14,      /**< the host's executable and its environment variables */
-    QbSupportEnvironment = 15,      /**< one environment variable; argument: its name */
+    QbSupportEnvironment = 15,      /**< one environment variable; argument: its name, never that of
+                                         a secret: its value goes into the report; a name longer
+                                         than 32,766 characters counts as not set */
     QbSupportModules = 16,          /**< loaded modules; argument: an executable's file name, or
                                          none for this process; fails when no such process runs;
                                          a walk that fails writes a warning to standard output */
@@ -56,10 +60,13 @@ enum QbSupportKind {
 /** How a section is written: the `flags` of QbSupportGetInfo, combined with `|`. Other bits are
  * ignored. */
 enum QbSupportFlags {
-    QbSupportFlagHeadings = 1, /**< start the section with its title and underline */
-    QbSupportFlagSeparator =
-        2,                  /**< end the section with an empty line (not kinds 10, 12, 13, 17) */
-    QbSupportFlagIndent = 4 /**< indent content lines by three spaces */
+    QbSupportFlagHeadings = 1,  /**< start the section with its title and underline; nothing for
+                                     kinds 1, 10, 12, 13, 15 and 17 */
+    QbSupportFlagSeparator = 2, /**< end the section with an empty line; nothing for kinds 10, 12,
+                                     13 and 17. Kinds 5 to 8, 16 and 20 then end in two: 5 to 7
+                                     add both, 8, 16 and 20 have one without this flag too */
+    QbSupportFlagIndent = 4     /**< indent content lines by three spaces; nothing for kinds 1, 4
+                                     and 18 */
 };
 
 /**
