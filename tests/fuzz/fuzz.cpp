@@ -1,11 +1,34 @@
-// Described machines of all sorts: what the platform answers to any section, with a failed call.
-#include <clocale>
+// Calls of all sorts on described machines of all sorts, with a platform call or memory that fails.
+#include <fuzzer/FuzzedDataProvider.h>
 
-#include "call_or_stop.h"
+#include <clocale>
+#include <cstdio>
+#include <cstdlib>
+
 #include "stand_in/calls.h"
-#include "stand_in/machine.h"
+#include "support.h"
 
 namespace {
+
+void Require(bool kept, const char* promise) {
+    if (!kept) {
+        std::fprintf(stderr, "ERROR: promise broken: %s\n", promise);
+        std::abort();
+    }
+}
+
+// On a machine of its own: a call may change what the platform says next.
+std::optional<std::string> CallOrStop(const stand_in::Machine& machine, const Request& request,
+                                      std::uint64_t failedCall = 0, AllocationFault fault = {}) {
+    const stand_in::ScopedMachine scope(machine);
+    // Once only: a platform that denies every build number costs a million questions.
+    stand_in::PlanFault(failedCall, stand_in::FaultMode::Once);
+    const CallOutcome outcome = CallAlone(request, fault);
+    Require(outcome.violations.empty(), outcome.violations.c_str());
+    Require(fault.first == 0 || fault.first > outcome.allocations || !outcome.text,
+            "a failed allocation fails the call");
+    return outcome.text;
+}
 
 // Mostly short, sometimes around the sizes of the platform's buffers and of the library's own.
 std::string ConsumeText(FuzzedDataProvider& input) {
@@ -37,9 +60,10 @@ stand_in::VersionResource ConsumeResource(FuzzedDataProvider& input) {
     return resource;
 }
 
-void ConsumeSystem(FuzzedDataProvider& input, stand_in::Machine& machine) {
+stand_in::Machine ConsumeMachine(FuzzedDataProvider& input) {
+    stand_in::Machine machine;
     // Versions that the searches find, and others.
-    machine.version.major = input.ConsumeIntegralInRange<DWORD>(4, 11);
+    machine.version.major = input.ConsumeIntegralInRange<DWORD>(0, 11);
     machine.version.minor = input.ConsumeIntegralInRange<DWORD>(0, 6);
     machine.version.build = input.ConsumeIntegralInRange<DWORD>(0, 1100000);
     machine.version.servicePackMajor = input.ConsumeIntegralInRange<WORD>(0, 5);
@@ -56,9 +80,7 @@ void ConsumeSystem(FuzzedDataProvider& input, stand_in::Machine& machine) {
     }
     machine.available.getNativeSystemInfo = input.ConsumeBool();
     machine.available.getProductInfo = input.ConsumeBool();
-}
 
-void ConsumeTexts(FuzzedDataProvider& input, stand_in::Machine& machine) {
     for (std::string* text :
          {&machine.systemDirectory, &machine.windowsDirectory, &machine.tempDirectory,
           &machine.executablePath, &machine.currentDirectory, &machine.languageName}) {
@@ -75,9 +97,7 @@ void ConsumeTexts(FuzzedDataProvider& input, stand_in::Machine& machine) {
     machine.clock = input.ConsumeIntegral<std::int64_t>();
     machine.timeZone.Bias = input.ConsumeIntegral<LONG>();
     machine.timeZone.StandardBias = machine.timeZone.DaylightBias = input.ConsumeIntegral<LONG>();
-}
-
-void ConsumeLists(FuzzedDataProvider& input, stand_in::Machine& machine) {
+    machine.deviceCaps[LOGPIXELSX] = input.ConsumeIntegral<int>();
     stand_in::Process& process = machine.processes.back();
     process.snapshotError = input.ConsumeBool() ? 0 : input.ConsumeIntegralInRange<LONG>(0, 30);
     machine.badLengthAnswers = input.ConsumeIntegralInRange(0, 200);
@@ -89,29 +109,34 @@ void ConsumeLists(FuzzedDataProvider& input, stand_in::Machine& machine) {
     machine.versionResources["viewer.exe"] = ConsumeResource(input);
     machine.monitors.resize(input.ConsumeIntegralInRange<std::size_t>(0, 30));
     for (stand_in::Monitor& monitor : machine.monitors) {
-        monitor.area = {input.ConsumeIntegral<LONG>(), input.ConsumeIntegral<LONG>(),
-                        input.ConsumeIntegral<LONG>(), input.ConsumeIntegral<LONG>()};
+        for (LONG* side : {&monitor.area.left, &monitor.area.top, &monitor.area.right}) {
+            *side = input.ConsumeIntegral<LONG>();
+        }
     }
-    machine.deviceCaps[LOGPIXELSX] = input.ConsumeIntegral<int>();
+    return machine;
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     FuzzedDataProvider input(data, size);
-    const int kind = input.ConsumeIntegralInRange(1, kLastKind);
-    const auto flags = input.ConsumeIntegralInRange(0U, 7U);
-    const auto failedCall = input.ConsumeIntegralInRange<std::uint64_t>(0, 40);
-    stand_in::Machine machine;
-    ConsumeSystem(input, machine);
-    ConsumeTexts(input, machine);
-    ConsumeLists(input, machine);
+    const int kind = input.ConsumeIntegralInRange(0, 7) != 7
+                         ? input.ConsumeIntegralInRange(0, kLastKind + 1)
+                         : input.ConsumeIntegral<int>();
+    const auto flags = input.ConsumeIntegral<unsigned>();
+    const auto failedCall = input.ConsumeIntegralInRange<std::uint64_t>(1, 40);
+    const auto failedAllocation = input.ConsumeIntegralInRange<std::size_t>(1, 20);
+    const bool lasts = input.ConsumeBool();
+    const std::string argument = input.ConsumeBool() ? ConsumeWord(input) : "viewer.exe";
+    const stand_in::Machine machine = ConsumeMachine(input);
 
-    const stand_in::ScopedMachine scope(std::move(machine));
-    for (const char* argument : {"", "viewer.exe"}) {
-        // Once only: a platform that denies every build number costs a million questions.
-        stand_in::PlanFault(failedCall, stand_in::FaultMode::Once);
-        CallOrStop(kind, flags, argument);
-    }
+    const Request request{kind, flags, argument.c_str()};
+    const auto text = CallOrStop(machine, request);
+    Require(!text || (kind >= 1 && kind <= kLastKind), "other kinds fail");
+    Require(text == CallOrStop(machine,
+                               {kind, flags & 7, argument.empty() ? nullptr : argument.c_str()}),
+            "other flags do nothing, and no argument is an empty one");
+    CallOrStop(machine, request, failedCall);
+    CallOrStop(machine, request, 0, {failedAllocation, lasts ? SIZE_MAX : failedAllocation});
     return 0;
 }
