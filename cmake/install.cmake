@@ -12,8 +12,10 @@ endif()
 
 # Before anything is copied.
 set(needed ${msvc_import_library})
-foreach(target QBSUPPORT ${programs})
-    list(APPEND needed "$<TARGET_FILE:${target}>")
+foreach(target QBSUPPORT QBSUPPORT_ucrt ${programs})
+    if(TARGET ${target})
+        list(APPEND needed "$<TARGET_FILE:${target}>")
+    endif()
 endforeach()
 foreach(file IN LISTS needed)
     install(CODE "if(NOT EXISTS \"${file}\")

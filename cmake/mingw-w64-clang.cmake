@@ -15,9 +15,7 @@ set(CMAKE_CXX_FLAGS_INIT "-B${gcc_folder} -stdlib++-isystem${gcc_folder}/include
 set(CMAKE_EXE_LINKER_FLAGS_INIT "-L${gcc_folder} -pthread")
 set(CMAKE_SHARED_LINKER_FLAGS_INIT "-L${gcc_folder}")
 set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
-# Those of LLVM cannot keep a file's dates.
-set(CMAKE_OBJCOPY x86_64-w64-mingw32-objcopy CACHE FILEPATH "")
-set(CMAKE_STRIP x86_64-w64-mingw32-strip CACHE FILEPATH "")
+# The tests read what this one prints.
 set(CMAKE_OBJDUMP x86_64-w64-mingw32-objdump CACHE FILEPATH "")
 set(CMAKE_FIND_ROOT_PATH /usr/x86_64-w64-mingw32)
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
