@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <cstdio>
 #include <string>
 
@@ -37,13 +36,15 @@ struct Cost {  // nanoseconds a call
     double floor;
 };
 
+// The program's own clock, in nanoseconds.
+double Now();
+
 inline double TimeOne(int count, const auto& function) {
-    const auto start = std::chrono::steady_clock::now();
+    const double start = Now();
     for (int i = 0; i < count; ++i) {
         function();
     }
-    const std::chrono::duration<double, std::nano> time = std::chrono::steady_clock::now() - start;
-    return time.count() / count;
+    return (Now() - start) / count;
 }
 
 // The least of many batches of each, by turns, in a second and a half: other programs only ever
@@ -51,14 +52,10 @@ inline double TimeOne(int count, const auto& function) {
 inline Cost LeastCost(const Section& section, void (*callLibrary)(const Section&)) {
     const auto library = [&] { callLibrary(section); };
     const auto floor = [&] { section.makePlatformCalls(section.argument); };
-    double estimate = 1e9;
-    for (int i = 0; i < 5; ++i) {
-        estimate = std::min(estimate, std::max(TimeOne(3, library), TimeOne(3, floor)));
-    }
-    const int count = std::max(1, static_cast<int>(200'000 / estimate));
+    library();  // what is loaded once is loaded now
+    const int count = std::max(1, static_cast<int>(200'000 / TimeOne(20, library)));
     Cost least{1e300, 1e300};
-    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(1500);
-    while (std::chrono::steady_clock::now() < end) {
+    for (const double end = Now() + 1.5e9; Now() < end;) {
         least.library = std::min(least.library, TimeOne(count, library));
         least.floor = std::min(least.floor, TimeOne(count, floor));
     }
