@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdio>
 #include <string>
+#include <vector>
 
 #include "qbsupport/qbsupport.h"
 
@@ -13,7 +14,7 @@ namespace qb_support::bench {
 
 struct Section {
     int kind;
-    const char* name;
+    const char* name;  // with the kind's number
     // Names something that is there, on Windows and on the stand-in.
     const char* argument;
     // The section's floor: its platform calls in the library's own order, on a Windows 10 or 11,
@@ -26,10 +27,6 @@ extern const std::array<Section, 19> kSections;
 
 inline constexpr unsigned int kFlags =
     QbSupportFlagHeadings | QbSupportFlagSeparator | QbSupportFlagIndent;
-
-inline std::string KindName(const Section& section) {
-    return "kind " + std::to_string(section.kind) + ' ' + section.name;
-}
 
 struct Cost {  // nanoseconds a call
     double library;
@@ -47,19 +44,25 @@ inline double TimeOne(int count, const auto& function) {
     return (Now() - start) / count;
 }
 
-// The least of many batches of each, by turns, in a second and a half: other programs only ever
-// make a batch longer, and one of a fifth of a millisecond often runs undisturbed.
-inline Cost LeastCost(const Section& section, void (*callLibrary)(const Section&)) {
+inline double FastTime(std::vector<double>& times) {
+    std::ranges::sort(times);
+    return times[times.size() / 10];
+}
+
+// Many short batches of each, by turns: the one that a tenth of them beat. Other programs make a
+// batch longer, and a clock that jumps makes a few shorter.
+inline Cost Measure(const Section& section, void (*callLibrary)(const Section&)) {
     const auto library = [&] { callLibrary(section); };
     const auto floor = [&] { section.makePlatformCalls(section.argument); };
     library();  // what is loaded once is loaded now
     const int count = std::max(1, static_cast<int>(200'000 / TimeOne(20, library)));
-    Cost least{1e300, 1e300};
+    std::vector<double> libraryTimes;
+    std::vector<double> floorTimes;
     for (const double end = Now() + 1.5e9; Now() < end;) {
-        least.library = std::min(least.library, TimeOne(count, library));
-        least.floor = std::min(least.floor, TimeOne(count, floor));
+        libraryTimes.push_back(TimeOne(count, library));
+        floorTimes.push_back(TimeOne(count, floor));
     }
-    return least;
+    return {FastTime(libraryTimes), FastTime(floorTimes)};
 }
 
 }  // namespace qb_support::bench
