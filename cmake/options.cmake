@@ -47,6 +47,15 @@ if(QBSUPPORT_SANITIZE)
     add_link_options(-fsanitize=${QBSUPPORT_SANITIZE})
 endif()
 
+# As part of clang-tidy's command, its configuration has everything analysed again when it changes.
+if(CMAKE_CXX_CLANG_TIDY)
+    file(GLOB_RECURSE configurations "${PROJECT_SOURCE_DIR}/*/.clang-tidy")
+    foreach(configuration "${PROJECT_SOURCE_DIR}/.clang-tidy" ${configurations})
+        file(SHA256 "${configuration}" digest)
+        list(APPEND CMAKE_CXX_CLANG_TIDY "--extra-arg=-DQBSUPPORT_TIDY_${digest}")
+    endforeach()
+endif()
+
 # Gives a Windows file its version resource.
 function(qbsupport_version_resource target file_name file_type description)
     set(QBSUPPORT_FILE_NAME "${file_name}")

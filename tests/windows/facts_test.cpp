@@ -1,20 +1,26 @@
-// The sections on the real system, against what that system tells in another way.
-#include <gtest/gtest.h>
+// The sections on the real system, against what that system tells in another way. Arguments: the
+// library; with a kind after it, the program only writes that section.
+#include <fcntl.h>
+#include <io.h>
 #include <windows.h>
 
 #include <psapi.h>
 
 #include <algorithm>
+#include <cmath>
 #include <fstream>
 #include <sstream>
+#include <vector>
 
 #include "library.h"
 
 namespace {
 
+const char* libraryPath = nullptr;
+
 std::string Section(int kind, const char* argument = nullptr) {
-    static const Library library;
-    return library.Report(kind, 0, argument).value_or("nothing");
+    static const Library library(libraryPath);
+    return library.Report(kind, 0, argument);
 }
 
 std::string ForwardSlashes(std::string path) {
@@ -31,94 +37,119 @@ std::vector<std::string> Lines(const std::string& text) {
     return lines;
 }
 
-bool IsWine() {
-    return GetProcAddress(GetModuleHandleA("ntdll.dll"), "wine_get_version") != nullptr;
+// One of the lines, or nothing.
+std::string Line(const std::string& text, std::size_t number) {
+    const std::vector<std::string> lines = Lines(text);
+    return number < lines.size() ? lines[number] : "nothing";
 }
 
-// A copy of the host under a name of its own, to which Wine shows a chosen Windows version.
-void ExpectVersion(const std::string& host, const std::string& version, const std::string& name,
-                   const std::string& number) {
+std::string ProgramPath() {
+    char path[MAX_PATH] = {};
+    GetModuleFileNameA(nullptr, path, MAX_PATH);
+    return path;
+}
+
+// The Operating System section as another program shows it.
+std::string OperatingSystemIn(const std::string& program) {
+    const std::string command = "\"\"" + program + "\" \"" + libraryPath + "\" 3\"";
+    std::string output;
+    if (FILE* const pipe = _popen(command.c_str(), "rb")) {
+        for (int character = std::fgetc(pipe); character != EOF; character = std::fgetc(pipe)) {
+            output += static_cast<char>(character);
+        }
+        Check(_pclose(pipe) == 0, command);
+    }
+    return output;
+}
+
+// A copy of this program under a name of its own, to which Wine shows a chosen Windows version.
+void CheckVersion(bool manifest, const std::string& version, const std::string& name,
+                  const std::string& number) {
+    std::string host = ProgramPath();
+    host.resize(host.rfind(".exe"));
+    host += manifest ? "" : "_without_manifest";
     const std::string copy = host + "_" + version + ".exe";
-    const std::string path = ProgramDirectory() + copy;
-    const std::string key = "Software\\Wine\\AppDefaults\\" + copy;
-    CopyFileA((ProgramDirectory() + host + ".exe").c_str(), path.c_str(), FALSE);
+    const std::string key =
+        "Software\\Wine\\AppDefaults\\" + copy.substr(copy.find_last_of('\\') + 1);
+    CopyFileA((host + ".exe").c_str(), copy.c_str(), FALSE);
     RegSetKeyValueA(HKEY_CURRENT_USER, key.c_str(), "Version", REG_SZ, version.c_str(),
                     static_cast<DWORD>(version.size() + 1));
-    const std::string text = Output(copy, "3 0");
+    const std::string text = OperatingSystemIn(copy);
     RegDeleteKeyA(HKEY_CURRENT_USER, key.c_str());
-    DeleteFileA(path.c_str());
+    DeleteFileA(copy.c_str());
 
-    SCOPED_TRACE(copy + ":\n" + text);
-    const std::string line = Lines(text + '\n').at(0);
-    EXPECT_TRUE(line.starts_with("Microsoft Windows " + name) && line.ends_with(name + ", 64-bit"));
-    EXPECT_NE(text.find("\n" + number), std::string::npos);
-    EXPECT_EQ(text.find("\nService Pack") != std::string::npos, number < "6.2" && number[0] != '1');
+    const std::string line = Line(text, 0);
+    Check(line.starts_with("Microsoft Windows " + name) && line.ends_with(name + ", 64-bit") &&
+              text.find("\n" + number) != std::string::npos,
+          version + ":\n" + text);
+    Check(
+        (text.find("\nService Pack") != std::string::npos) == (number < "6.2" && number[0] != '1'),
+        "service pack of " + version + ":\n" + text);
 }
 
-TEST(Facts, OperatingSystemUnderSeveralVersionsOfWindows) {
-    if (!IsWine()) {
-        GTEST_SKIP() << "only Wine can pretend to be another version of Windows";
+void SeveralVersionsOfWindows() {
+    if (GetProcAddress(GetModuleHandleA("ntdll.dll"), "wine_get_version") == nullptr) {
+        std::printf("SKIPPED: only Wine can pretend to be another version of Windows\n");
+        return;
     }
-    ExpectVersion("small_host", "winxp64", "XP Professional x64 Edition", "5.2 Build 3790\n");
-    ExpectVersion("small_host", "win2008", "Server 2008", "6.0 Build 6002\n");
-    ExpectVersion("small_host", "win7", "", "6.1 Build 7601\n");  // Wine confuses its name
-    ExpectVersion("small_host", "win81", "8.1", "6.3 Build 9600\n");
-    ExpectVersion("small_host", "win10", "10", "10.0 Build 1");
+    CheckVersion(true, "winxp64", "XP Professional x64 Edition", "5.2 Build 3790\n");
+    CheckVersion(true, "win2008", "Server 2008", "6.0 Build 6002\n");
+    CheckVersion(true, "win7", "", "6.1 Build 7601\n");  // Wine confuses its name
+    CheckVersion(true, "win81", "8.1", "6.3 Build 9600\n");
+    CheckVersion(true, "win10", "10", "10.0 Build 1");
     // A host that does not name the systems it knows is told of none after Windows 8.
-    ExpectVersion("small_host_without_manifest", "vista", "Vista", "6.0 Build 6002\n");
-    ExpectVersion("small_host_without_manifest", "win10", "8", "6.2 Build 9200\n");
+    CheckVersion(false, "vista", "Vista", "6.0 Build 6002\n");
+    CheckVersion(false, "win10", "8", "6.2 Build 9200\n");
 }
 
-TEST(Facts, UserName) {
-    EXPECT_NE(Section(QbSupportUserName).find("\\" + std::string(std::getenv("USERNAME")) + "]\n"),
-              std::string::npos);
-}
-
-TEST(Facts, HardwareMemoryAndDisplay) {
-    EXPECT_EQ(Lines(Section(QbSupportHardware)).at(3),
-              "Number of CPUs:    " + std::string(std::getenv("NUMBER_OF_PROCESSORS")));
-    ULONGLONG installed = 0;
-    std::string memory = Lines(Section(QbSupportMemory)).at(0);
-    EXPECT_TRUE(memory.starts_with("Physical:         ") && memory.ends_with(" KB\r")) << memory;
+void UserHardwareMemoryAndDisplay() {
+    const std::string user = Section(QbSupportUserName);
+    Check(user.find("\\" + std::string(std::getenv("USERNAME")) + "]\n") != std::string::npos,
+          user);
+    CheckEqual(Line(Section(QbSupportHardware), 3),
+               "Number of CPUs:    " + std::string(std::getenv("NUMBER_OF_PROCESSORS")));
+    std::string memory = Line(Section(QbSupportMemory), 0);
+    Check(memory.starts_with("Physical:         ") && memory.ends_with(" KB\r"), memory);
     std::erase_if(memory, [](char letter) { return letter < '0' || letter > '9'; });
     std::ifstream file("Z:\\proc\\meminfo");  // what Linux tells about the machine below Wine
+    double installed = 0;
     if (std::string label; file >> label >> installed) {
-        EXPECT_NEAR(std::stod(memory), static_cast<double>(installed), 64);
+        Check(std::abs(std::atof(memory.c_str()) - installed) <= 64, memory);
     }
-    EXPECT_EQ(Lines(Section(QbSupportDisplay)).size(),
-              7 + static_cast<std::size_t>(GetSystemMetrics(SM_CMONITORS)));
+    CheckEqual(Lines(Section(QbSupportDisplay)).size(), 7U + GetSystemMetrics(SM_CMONITORS));
 }
 
-TEST(Facts, DirectoriesAndEnvironment) {
+void DirectoriesAndEnvironment() {
     const std::string windows = ForwardSlashes(std::getenv("windir"));
-    const std::string program = ForwardSlashes(ProgramDirectory()) + "facts_test.exe";
-    const std::vector<std::string> lines = Lines(Section(QbSupportSystemDirectories));
-    ASSERT_EQ(lines.size(), 6U);
-    EXPECT_EQ(lines[0], "System:      [" + windows + "/system32] (DIR:RW)");
-    EXPECT_EQ(lines[1], "Windows:     [" + windows + "] (DIR:RW)");
-    EXPECT_TRUE(lines[3].starts_with("Exe:         [" + program + "] (")) << lines[3];
-    EXPECT_EQ(Section(QbSupportAppDirectory, "C:\\no\\such"), "App:         [C:/no/such] (N/A)\n");
+    const std::string program = ForwardSlashes(ProgramPath());
+    const std::string directories = Section(QbSupportSystemDirectories);
+    CheckEqual(Line(directories, 0), "System:      [" + windows + "/system32] (DIR:RW)");
+    CheckEqual(Line(directories, 1), "Windows:     [" + windows + "] (DIR:RW)");
+    Check(Line(directories, 3).starts_with("Exe:         [" + program + "] ("), directories);
+    CheckEqual(Lines(directories).size(), 6);
+    CheckEqual(Section(QbSupportAppDirectory, "C:\\no\\such"), "App:         [C:/no/such] (N/A)\n");
     _putenv("QB_ROOT_PATH=C:\\some where");
-    EXPECT_TRUE(Section(QbSupportApplication)
-                    .starts_with("Application: [" + program +
-                                 "]\nEnvironment: [QB_ROOT_PATH] = [C:\\some where]\n"));
-    EXPECT_EQ(Section(QbSupportEnvironment, "Qb_Root_Path"),
-              "Environment: [Qb_Root_Path] = [C:\\some where]\n");
+    const std::string value = "] = [C:\\some where]\n";
+    const std::string application = Section(QbSupportApplication);
+    Check(application.starts_with("Application: [" + program + "]\nEnvironment: [QB_ROOT_PATH" +
+                                  value),
+          application);
+    CheckEqual(Section(QbSupportEnvironment, "Qb_Root_Path"), "Environment: [Qb_Root_Path" + value);
 }
 
-TEST(Facts, RegistryKeys) {
+void RegistryKeys() {
     HKEY key = nullptr;
     RegCreateKeyA(HKEY_CURRENT_USER, "Software\\QbSupportTest", &key);
     RegCloseKey(key);
     const std::string line = "[HKEY_CURRENT_USER\\Software\\QbSupportTest] ";
-    EXPECT_EQ(Section(QbSupportRegistry, "Software\\QbSupportTest"),
-              "User root:    " + line + "(RWA)\n");
+    CheckEqual(Section(QbSupportRegistry, "Software\\QbSupportTest"),
+               "User root:    " + line + "(RWA)\n");
     RegDeleteKeyA(HKEY_CURRENT_USER, "Software\\QbSupportTest");
-    EXPECT_EQ(Section(QbSupportUserAppKey, "Software\\QbSupportTest"),
-              "App:          " + line + "(N/A)\n");
+    CheckEqual(Section(QbSupportUserAppKey, "Software\\QbSupportTest"),
+               "App:          " + line + "(N/A)\n");
 }
 
-TEST(Facts, Modules) {
+void Modules() {
     const std::string own = Section(QbSupportModules);
     HMODULE modules[200] = {};
     DWORD size = 0;
@@ -127,12 +158,28 @@ TEST(Facts, Modules) {
     for (std::size_t i = 0; i < count; ++i) {
         char path[MAX_PATH] = {};
         GetModuleFileNameA(modules[i], path, MAX_PATH);
-        EXPECT_NE(own.find(ForwardSlashes(path) + "  ["), std::string::npos) << path;
+        Check(own.find(ForwardSlashes(path) + "  [") != std::string::npos, path);
     }
-    EXPECT_EQ(Lines(own).size(), count + 1) << own;
-    EXPECT_EQ(Section(QbSupportModules, "facts_test.exe"), own);
-    EXPECT_EQ(Section(QbSupportModule, "QBSUPPORT.dll"),
-              "QBSUPPORT.dll  [" PROJECT_VERSION "]\r\n");
+    CheckEqual(Lines(own).size(), count + 1);
+    const std::string program = ProgramPath();
+    CheckEqual(Section(QbSupportModules, &program[program.find_last_of('\\') + 1]), own);
+    CheckEqual(Section(QbSupportModule, "QBSUPPORT.dll"),
+               "QBSUPPORT.dll  [" PROJECT_VERSION "]\r\n");
 }
 
 }  // namespace
+
+int main(int count, char** arguments) {
+    libraryPath = arguments[1];
+    if (count > 2) {
+        _setmode(_fileno(stdout), _O_BINARY);
+        std::fputs(Section(std::atoi(arguments[2])).c_str(), stdout);
+        return 0;
+    }
+    SeveralVersionsOfWindows();
+    UserHardwareMemoryAndDisplay();
+    DirectoriesAndEnvironment();
+    RegistryKeys();
+    Modules();
+    return failedChecks == 0 ? 0 : 1;
+}

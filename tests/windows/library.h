@@ -1,36 +1,73 @@
-// The library as a host loads it.
+// The library as a host loads it, and checks that say what they found.
 #ifndef QBSUPPORT_TESTS_WINDOWS_LIBRARY_H
 #define QBSUPPORT_TESTS_WINDOWS_LIBRARY_H
 
-#include <optional>
+#include <windows.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <source_location>
 #include <string>
 
 #include "kinds.h"
 
-// QBSUPPORT.dll beside the program, loaded as long as this lives.
+inline int failedChecks = 0;
+
+// Says what does not hold, and goes on.
+inline void Check(bool holds, const std::string& what,
+                  const std::source_location& where = std::source_location::current()) {
+    if (!holds) {
+        std::printf("%s:%d: FAILED: %s\n", where.file_name(), static_cast<int>(where.line()),
+                    what.c_str());
+        ++failedChecks;
+    }
+}
+
+template <class Found, class Expected>
+void CheckEqual(const Found& found, const Expected& expected,
+                const std::source_location& where = std::source_location::current()) {
+    if constexpr (std::is_arithmetic_v<Found>) {
+        CheckEqual(std::to_string(found), std::to_string(expected), where);
+    } else {
+        Check(found == expected, "found <" + found + ">, expected <" + expected + ">", where);
+    }
+}
+
+// The library file at a path, loaded as long as this lives.
 class Library {
 public:
-    Library();
+    explicit Library(const char* path) {
+        char whole[MAX_PATH] = {};  // Wine's loader does not take this system's own form
+        GetFullPathNameA(path, MAX_PATH, whole, nullptr);
+        m_module = LoadLibraryA(whole);
+        m_getInfo = Find<decltype(m_getInfo)>("QbSupportGetInfo");
+        m_release = Find<decltype(m_release)>("QbSupportReleaseBuffer");
+    }
     Library(const Library&) = delete;
     Library& operator=(const Library&) = delete;
-    ~Library();
+    ~Library() { FreeLibrary(m_module); }
 
-    // The section's text, or nothing when the call failed; the out-pointer must then be untouched.
-    std::optional<std::string> Report(int kind, unsigned int flags,
-                                      const char* argument = nullptr) const;
+    // The section's text, or "nothing" when the call failed, which must not touch the out-pointer.
+    std::string Report(int kind, unsigned int flags, const char* argument = nullptr) const {
+        char untouched = 0;
+        char* buffer = &untouched;
+        const int result = m_getInfo(kind, flags, &buffer, argument);
+        const bool succeeded = buffer != &untouched;
+        CheckEqual(result, succeeded ? 1 : 0);
+        const std::string text = succeeded ? buffer : "nothing";
+        Check(!succeeded || m_release(buffer), "release after kind " + std::to_string(kind));
+        return text;
+    }
 
-    void* module;
-    int (*getInfo)(int kind, unsigned int flags, char** buffer, const char* argument);
-    bool (*release)(char* buffer);
+private:
+    template <class Function>
+    Function Find(const char* name) const {
+        return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(m_module, name)));
+    }
+
+    HMODULE m_module;
+    decltype(&QbSupportGetInfo) m_getInfo;
+    decltype(&QbSupportReleaseBuffer) m_release;
 };
-
-// An argument that gives the kind's section something to say; null for kinds that take none.
-const char* ArgumentFor(int kind);
-
-// The directory of the running program, with its closing backslash.
-std::string ProgramDirectory();
-
-// What the program there writes to its standard output.
-std::string Output(const std::string& program, const std::string& arguments);
 
 #endif

@@ -1,13 +1,13 @@
 """Checks the library file itself, and what its sources may name. Arguments: objdump, the DLL, the
-source directory, the product version."""
+source directory, the product version, the run-time library: msvcrt or ucrt."""
 import os
 import pathlib
 import re
 import subprocess
 import sys
 
-SYSTEM_LIBRARIES = re.compile("(advapi32|gdi32|kernel32|user32|version|msvcrt|api-ms-win-crt-.*)\\.dll",
-                              re.IGNORECASE)
+SYSTEM_LIBRARIES = "advapi32|gdi32|kernel32|user32|version"
+RUN_TIMES = {"msvcrt": "msvcrt", "ucrt": "api-ms-win-crt-.*"}
 FORBIDDEN_IMPORTS = re.compile("abort|exit|terminate|assert|signal|raise|throw", re.IGNORECASE)
 LARGEST_SIZE = 44 * 1024
 WRITABLE = 0x80000000
@@ -18,7 +18,7 @@ FORBIDDEN_IN_LIBRARY = re.compile(
     r"locale|functional|stdexcept|exception|new|cassert)>|\b(throw|try|catch)\b|std::string\b")
 
 
-def file_problems(objdump, path, version):
+def file_problems(objdump, path, version, run_time):
     def dump(option):
         return subprocess.run([objdump, option, path], check=True, capture_output=True, text=True,
                               env={**os.environ, "LC_ALL": "C"}).stdout
@@ -30,7 +30,7 @@ def file_problems(objdump, path, version):
     if exports != [(100, "QbSupportGetInfo"), (101, "QbSupportReleaseBuffer")]:
         yield f"exports {exports}"
     for library in re.findall(r"DLL Name: (\S+)", headers):
-        if not SYSTEM_LIBRARIES.fullmatch(library):
+        if not re.fullmatch(rf"({SYSTEM_LIBRARIES}|{RUN_TIMES[run_time]})\.dll", library.lower()):
             yield f"imports from {library}"
     imports = re.findall(r"^\t[0-9a-f]+\t +\d+  (\w+)$", headers, re.MULTILINE)
     if len(imports) < 20:
@@ -90,8 +90,8 @@ def source_problems(directory):
 
 
 def main():
-    objdump, library, sources, version = sys.argv[1:]
-    problems = [*file_problems(objdump, pathlib.Path(library), version),
+    objdump, library, sources, version, run_time = sys.argv[1:]
+    problems = [*file_problems(objdump, pathlib.Path(library), version, run_time),
                 *source_problems(pathlib.Path(sources))]
     for problem in problems:
         print(problem)
