@@ -17,9 +17,10 @@ internal static class Report {
     private static extern bool QbSupportReleaseBuffer(IntPtr buffer);
 
     /// <summary>One section's text, or null when it has nothing valid to report.</summary>
-    public static string Section(int kind, string argument = null) {
+    public static string Section(int kind, string argument = null,
+                                 uint flags = Headings | Separator | Indent) {
         IntPtr buffer = IntPtr.Zero;
-        if (QbSupportGetInfo(kind, Headings | Separator | Indent, ref buffer, argument) == 0) {
+        if (QbSupportGetInfo(kind, flags, ref buffer, argument) == 0) {
             return null;
         }
         try {
@@ -29,10 +30,29 @@ internal static class Report {
         }
     }
 
+    /// <summary>A section whose single lines follow it: (kind, argument) each. One empty line,
+    /// which the library cannot set among them, follows the last.</summary>
+    public static string Group(int kind, string argument, params (int, string)[] lines) {
+        string text = Section(kind, argument, Headings | Indent);
+        if (text == null) {
+            // Without the heading, the lines would seem to belong to the section above.
+            return null;
+        }
+        foreach (var (lineKind, lineArgument) in lines) {
+            text += Section(lineKind, lineArgument, Indent);
+        }
+        return text + "\r\n";
+    }
+
     private static void Main() {
-        // Date and time, operating system, hardware, memory, display.
-        foreach (int kind in new[] { 2, 3, 7, 8, 20 }) {
+        // Put your own program's directory, registry keys and modules here.
+        for (int kind = 1; kind <= 8; ++kind) {
             Console.Write(Section(kind));
         }
+        Console.Write(Group(9, null, (10, @"C:\ProgramData")));
+        Console.Write(Group(11, "Software", (12, @"Software\Microsoft"), (13, @"Software\Microsoft")));
+        Console.Write(Group(14, null, (15, "NUMBER_OF_PROCESSORS")));
+        Console.Write(Group(16, null, (17, "QBSUPPORT.dll")));
+        Console.Write(Section(20));
     }
 }

@@ -38,10 +38,25 @@ public static class QbSupport
 }
 "@
 
-# Headings, separators and indent.
-$flags = 1 + 2 + 4
-# Banner, date and time, operating system, user name, locale, hardware, memory, display.
-$kinds = 1, 2, 3, 5, 6, 7, 8, 20
-$text = -join ($kinds | ForEach-Object { [QbSupport]::Section($_, $flags, '') })
+$headings = 1; $separator = 2; $indent = 4
+
+# A section whose single lines (kind and argument each) follow it. One empty line, which the library
+# cannot set among them, follows the last.
+function Get-Group([int] $Kind, [string] $Argument, [object[][]] $Lines) {
+    $section = [QbSupport]::Section($Kind, $headings + $indent, $Argument)
+    # Without the heading, the lines would seem to belong to the section above.
+    if ($section -eq '') { return '' }
+    $section + (-join ($Lines | ForEach-Object { [QbSupport]::Section($_[0], $indent, $_[1]) })) + "`r`n"
+}
+
+# Put your own program's directory, registry keys and modules here.
+$key = 'Software\Microsoft'
+$text = (-join (1..8 | ForEach-Object {
+            [QbSupport]::Section($_, $headings + $separator + $indent, '') })) +
+    (Get-Group 9 '' @(, @(10, 'C:\ProgramData'))) +
+    (Get-Group 11 'Software' @(@(12, $key), @(13, $key))) +
+    (Get-Group 14 '' @(, @(15, 'NUMBER_OF_PROCESSORS'))) +
+    (Get-Group 16 '' @(, @(17, 'QBSUPPORT.dll'))) +
+    [QbSupport]::Section(20, $headings + $separator + $indent, '')
 Set-Content -LiteralPath $File -Value $text -NoNewline -Encoding UTF8
 "The report is in $File"

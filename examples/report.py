@@ -6,7 +6,18 @@ import sys
 
 HEADINGS, SEPARATOR, INDENT = 1, 2, 4
 ALL_FLAGS = HEADINGS | SEPARATOR | INDENT
-DATE_TIME, OPERATING_SYSTEM, HARDWARE, MEMORY, DISPLAY = 2, 3, 7, 8, 20
+
+# A group of sections with their arguments: the single lines behind a section go on with it, and one
+# empty line, which the library cannot set among them, follows the last. Put your own directory,
+# registry keys and modules here.
+GROUPS = (
+    *([(kind, None)] for kind in range(1, 9)),
+    [(9, None), (10, b"C:\\ProgramData")],
+    [(11, b"Software"), (12, b"Software\\Microsoft"), (13, b"Software\\Microsoft")],
+    [(14, None), (15, b"NUMBER_OF_PROCESSORS")],
+    [(16, None), (17, b"QBSUPPORT.dll")],
+    [(20, None)],
+)
 
 
 class Library:
@@ -36,6 +47,19 @@ class Library:
             self._release(buffer)
 
 
+def whole_report(library):
+    """The report as bytes: in the system's ANSI code page, with its own line ends."""
+    report = b""
+    for group in GROUPS:
+        flags = ALL_FLAGS if len(group) == 1 else ALL_FLAGS & ~SEPARATOR
+        texts = [library.section(kind, flags, argument) for kind, argument in group]
+        # Without its heading, a line would seem to belong to the section above.
+        if texts[0] is not None:
+            report += b"".join(text or b"" for text in texts)
+            report += b"\r\n" if len(group) > 1 else b""
+    return report
+
+
 def default_path():
     # The full path, so that no other directory's file can take the library's place.
     here = os.path.dirname(os.path.abspath(__file__))
@@ -44,9 +68,7 @@ def default_path():
 
 def main():
     library = Library(sys.argv[1] if len(sys.argv) > 1 else default_path())
-    for kind in (DATE_TIME, OPERATING_SYSTEM, HARDWARE, MEMORY, DISPLAY):
-        # As bytes: the text is in the system's ANSI code page and has its own line ends.
-        sys.stdout.buffer.write(library.section(kind) or b"")
+    sys.stdout.buffer.write(whole_report(library))
 
 
 main()

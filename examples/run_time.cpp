@@ -1,11 +1,10 @@
-// Prints a few sections: run_time [LIBRARY]. Finds the library at run time, so that the program
+// Prints the whole report: run_time [LIBRARY]. Finds the library at run time, so that the program
 // starts without it too.
 #include <algorithm>
 #include <iostream>
-#include <optional>
 #include <string>
 
-#include <qbsupport/qbsupport.hpp>
+#include <qbsupport/loader.hpp>
 
 int main(int count, char** arguments) {
     // A product passes the full path of the file that it installed, so that no other directory's
@@ -15,13 +14,21 @@ int main(int count, char** arguments) {
         std::cerr << "No support report: " << library.Error() << '\n';
         return 1;
     }
-    for (const int kind : {QbSupportOperatingSystem, QbSupportHardware, QbSupportMemory}) {
-        std::optional<std::string> text = library.Section(kind);
-        if (text) {
-            // Standard output is in text mode, where each LF becomes CR LF by itself.
-            text->erase(std::remove(text->begin(), text->end(), '\r'), text->end());
-            std::cout << *text;
-        }
+    // Put your own program's directory, registry keys and modules here.
+    qbsupport::ReportOptions options;
+    options.appDirectory = "C:\\ProgramData";
+    options.userAppKey = options.machineAppKey = "Software\\Microsoft";
+    options.variables = {"NUMBER_OF_PROCESSORS"};
+    options.modules = {"QBSUPPORT.dll"};
+    options.progress = [](std::size_t step, std::size_t steps, const char* name) {
+        std::cerr << step << '/' << steps << ' ' << name << '\n';
+    };
+    qbsupport::Report report = library.WholeReport(options);
+    for (const qbsupport::FailedSection& failed : report.failed) {
+        std::cerr << "left out: " << failed.section.name << ' ' << failed.argument << '\n';
     }
+    // Standard output is in text mode, where each LF becomes CR LF by itself.
+    report.text.erase(std::remove(report.text.begin(), report.text.end(), '\r'), report.text.end());
+    std::cout << report.text;
     return 0;
 }

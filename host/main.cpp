@@ -1,22 +1,23 @@
 // qbreport: the whole support report, or chosen sections of it, to standard output or a file.
+#include <algorithm>
 #include <cstdio>
 #include <new>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "options.h"
 #include "output.h"
 #include "platform.h"
 #include "progress.h"
-#include "qbsupport/qbsupport.hpp"
 #include "report.h"
-#include "sections.h"
 
 namespace {
 
 enum ExitStatus { kSuccess = 0, kFailure = 1, kWrongUsage = 2 };
 
 void Say(const std::string& message) {
-    static_cast<void>(std::fputs(("qbreport: " + message + '\n').c_str(), stderr));
+    static_cast<void>(WriteText(stderr, "qbreport: " + message + '\n'));
 }
 
 // The progress line would disturb a report that goes to the same screen.
@@ -24,17 +25,24 @@ bool WantsProgress(const Options& options) {
     return IsTerminal(stderr) && (!options.outputFile.empty() || !IsTerminal(stdout));
 }
 
-Report ComposeWithProgress(const qbsupport::Library& library, const std::vector<Call>& calls,
-                           const Options& options) {
+qbsupport::Report Compose(const qbsupport::Library& library, const Options& options) {
     Progress progress(WantsProgress(options));
-    return ComposeReport(library, calls, options.flags, progress);
+    qbsupport::ReportOptions report = ForLibrary(options.report);
+    report.progress = [&progress](std::size_t step, std::size_t count, const char* name) {
+        progress.Show(step, count, name);
+    };
+    return library.WholeReport(report);
 }
 
-void SayFailed(const Call& call) {
-    std::string message = "section '" + std::string(call.section->name) + "' (" +
-                          std::to_string(call.section->kind) + ") left out: the library has";
-    message += call.argument.empty() ? " nothing to report" : " no report on " + call.argument;
-    Say(message);
+// Names the sections that are missing. Whether they are all that the user did not ask for.
+bool SayFailed(const std::vector<qbsupport::FailedSection>& failed, const Options& options) {
+    bool isComplete = true;
+    for (const qbsupport::FailedSection& section : failed) {
+        Say(FailureText(section));
+        isComplete = isComplete && std::count(options.namedKinds.begin(), options.namedKinds.end(),
+                                              section.section.kind) == 0;
+    }
+    return isComplete;
 }
 
 ExitStatus Print(std::string (&print)(const std::string&), const std::string& text) {
@@ -59,50 +67,53 @@ ExitStatus Save(const std::string& report, const std::string& path) {
 ExitStatus WriteReport(const Options& options) {
     const qbsupport::Library library = LoadLibraryBesideExecutable();
     if (!library.IsLoaded()) {
-        Say(library.Error());
+        Say(Utf8Of(library.Error()));
         return kFailure;
     }
-    const std::vector<Call> calls = PlanCalls(options);
-    const Report report = ComposeWithProgress(library, calls, options);
-    for (const Call& call : report.failures) {
-        SayFailed(call);
-    }
-    if (report.failures.size() == calls.size()) {
+    const qbsupport::Report report = Compose(library, options);
+    const bool isComplete = SayFailed(report.failed, options);
+    if (report.text.empty() && !report.failed.empty()) {
         return kFailure;
     }
     const ExitStatus status = options.outputFile.empty() ? Print(PrintReport, report.text)
                                                          : Save(report.text, options.outputFile);
-    const bool complete = report.failures.empty() || options.sections.empty();
-    return complete ? status : kFailure;
+    return isComplete ? status : kFailure;
 }
 
-ExitStatus Run(int argc, char** argv) {
-    ReportClosedPipes();
+// The window of a double click closes with the program, so the report goes to a file, and the user
+// gets time to read where it is.
+ExitStatus SaveForExplorer(Options& options) {
+    options.outputFile = NewReportPath();
+    const ExitStatus status = WriteReport(options);
+    Say("press a key to close this window");
+    WaitForKey();
+    return status;
+}
+
+ExitStatus Run(std::vector<std::string> arguments) {
+    PrepareProcess();
     Options options;
-    options.appDirectory = ExecutableDirectory();
-    const std::string problem = ParseOptions(argc, argv, options);
+    options.report = DefaultReportOptions();
+    if (arguments.empty() && OwnsConsole()) {
+        return SaveForExplorer(options);
+    }
+    const std::string problem = ParseOptions(std::move(arguments), options);
     if (!problem.empty()) {
         Say(problem + "; try 'qbreport --help'");
         return kWrongUsage;
     }
-    switch (options.action) {
-        case Action::kHelp:
-            return Print(PrintText, HelpText());
-        case Action::kVersion:
-            return Print(PrintText, "qbreport " QBREPORT_VERSION "\n");
-        case Action::kList:
-            return Print(PrintText, SectionListText());
-        case Action::kReport:
-            break;
-    }
-    return WriteReport(options);
+    return options.text.empty() ? WriteReport(options) : Print(PrintText, options.text);
 }
 
 }  // namespace
 
+#ifdef _WIN32
+int wmain(int argc, wchar_t** argv) {
+#else
 int main(int argc, char** argv) {
+#endif
     try {
-        return Run(argc, argv);
+        return Run(Utf8Arguments(argc, argv));
     } catch (const std::bad_alloc&) {
         static_cast<void>(std::fputs("qbreport: out of memory\n", stderr));
         return kFailure;

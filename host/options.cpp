@@ -1,159 +1,172 @@
 #include "options.h"
 
-#include <string_view>
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <utility>
 
 namespace {
 
-std::string AddSections(Options& options, std::string_view list) {
-    for (;;) {
-        const std::size_t comma = list.find(',');
-        const std::string_view name = list.substr(0, comma);
-        const Section* const section = FindSection(name);
-        if (section == nullptr) {
-            return "unknown section '" + std::string(name) + "' (--list shows them all)";
-        }
-        options.sections.push_back(section);
-        if (comma == std::string_view::npos) {
+using qbsupport::kSectionKinds;
+using qbsupport::SectionKind;
+
+// Replaces a section's name by its number.
+std::string TakeSection(std::string& nameOrNumber) {
+    const std::string wanted = CLI::detail::trim_copy(nameOrNumber);
+    for (const SectionKind& section : kSectionKinds) {
+        const std::string number = std::to_string(section.kind);
+        if (wanted == section.name || wanted == number) {
+            nameOrNumber = number;
             return "";
         }
-        list.remove_prefix(comma + 1);
+    }
+    return "unknown section '" + wanted + "' (--list shows them all)";
+}
+
+std::string RefuseEmptyName(const std::string& name) {
+    return name.empty() ? "the file's name is empty" : "";
+}
+
+const char* NoteOn(int kind) {
+    switch (kind) {
+        case QbSupportUname:
+        case QbSupportLimits:
+            return "heading only";
+        case QbSupportAppDirectory:
+            return "--app-directory DIR";
+        case QbSupportRegistry:
+            return "--user-key KEY";
+        case QbSupportUserAppKey:
+        case QbSupportMachineAppKey:
+            return "--app-key KEY";
+        case QbSupportEnvironment:
+            return "--variable NAME, repeatable";
+        case QbSupportModules:
+            return "--process FILE";
+        case QbSupportModule:
+            return "--module FILE, repeatable";
+        case QbSupportReserved:
+            return "always fails; not in the whole report";
+        default:
+            return "";
     }
 }
 
-std::string SetOutputFile(Options& options, std::string_view file) {
-    options.outputFile = file;
-    return file.empty() ? "the output file's name is empty" : "";
-}
-
-template <std::string Options::*Text>
-std::string SetText(Options& options, std::string_view value) {
-    options.*Text = value;
-    return "";
-}
-
-template <std::vector<std::string> Options::*List>
-std::string AddText(Options& options, std::string_view value) {
-    (options.*List).emplace_back(value);
-    return "";
-}
-
-template <unsigned int Flag>
-std::string ClearFlag(Options& options, std::string_view) {
-    options.flags &= ~Flag;
-    return "";
-}
-
-template <Action NewAction>
-std::string SetAction(Options& options, std::string_view) {
-    options.action = NewAction;
-    return "";
-}
-
-struct OptionRule {
-    char shortName;  // NUL for none
-    const char* longName;
-    const char* valueName;  // null when the option takes no value
-    const char* help;
-    // Takes the value in; returns what is wrong with it, or an empty text.
-    std::string (*apply)(Options& options, std::string_view value);
-};
-
-constexpr OptionRule kRules[] = {
-    {'o', "output", "FILE", "save the report in FILE, whole or not at all", SetOutputFile},
-    {'s', "sections", "LIST", "only these, by name or number, comma-separated", AddSections},
-    {'l', "list", nullptr, "list the sections and what each one takes", SetAction<Action::kList>},
-    {'\0', "no-headings", nullptr, "leave out titles and their underlines",
-     ClearFlag<QbSupportFlagHeadings>},
-    {'\0', "no-separators", nullptr, "leave out the empty lines between sections",
-     ClearFlag<QbSupportFlagSeparator>},
-    {'\0', "no-indent", nullptr, "start every line in the first column",
-     ClearFlag<QbSupportFlagIndent>},
-    {'d', "app-directory", "DIR", "the application's directory (this program's)",
-     SetText<&Options::appDirectory>},
-    {'u', "user-key", "KEY", "the user's root registry key (Software)", SetText<&Options::userKey>},
-    {'a', "app-key", "KEY", "the application's registry key (Software\\Quenbar)",
-     SetText<&Options::appKey>},
-    {'e', "variable", "NAME", "an environment variable; may be repeated",
-     AddText<&Options::variables>},
-    {'p', "process", "FILE", "list this running program's modules (this program's)",
-     SetText<&Options::process>},
-    {'m', "module", "FILE", "a file whose version to report; may be repeated",
-     AddText<&Options::modules>},
-    {'h', "help", nullptr, "show this text", SetAction<Action::kHelp>},
-    {'V', "version", nullptr, "show this program's version", SetAction<Action::kVersion>},
-};
-
-// `name` is an argument without its "=value".
-const OptionRule* FindRule(std::string_view name) {
-    for (const OptionRule& rule : kRules) {
-        const bool isShort = name.size() == 2 && name[0] == '-' && name[1] == rule.shortName;
-        const bool isLong = name.starts_with("--") && name.substr(2) == rule.longName;
-        if ((isShort && rule.shortName != '\0') || isLong) {
-            return &rule;
+std::string SectionList() {
+    constexpr std::size_t kNoteColumn = 24;
+    std::string list;
+    for (const SectionKind& section : kSectionKinds) {
+        std::string line = section.kind < 10 ? " " : "";
+        line += std::to_string(section.kind) + "  " + section.name;
+        if (*NoteOn(section.kind) != '\0') {
+            line.append(kNoteColumn - line.size(), ' ');
+            line += NoteOn(section.kind);
         }
+        list += line + '\n';
     }
-    return nullptr;
+    return list;
 }
 
-// Reads the option at argv[index], and moves on to its value where that is the next argument.
-std::string ParseOption(int argc, char** argv, int& index, Options& options) {
-    const std::string_view argument = argv[index];
-    if (argument.empty() || argument[0] != '-') {
-        return "unexpected argument '" + std::string(argument) + "'";
-    }
-    const std::size_t equals = argument.find('=');
-    const std::string name(argument.substr(0, equals));
-    const OptionRule* const rule = FindRule(name);
-    if (rule == nullptr) {
-        return "unknown option '" + name + "'";
-    }
-    const bool hasValue = equals != std::string_view::npos;
-    if (rule->valueName == nullptr) {
-        return hasValue ? "option '" + name + "' takes no value" : rule->apply(options, "");
-    }
-    if (hasValue) {
-        return rule->apply(options, argument.substr(equals + 1));
-    }
-    if (index + 1 == argc) {
-        return "option '" + name + "' needs a value: " + rule->valueName;
-    }
-    return rule->apply(options, argv[++index]);
+// An option that sets the argument of `kinds`.
+struct ArgumentOption {
+    CLI::Option* option;
+    std::vector<int> kinds;
+};
+
+// The variables and modules replace those of a report without options.
+CLI::Option* AddList(CLI::App& app, const char* names, std::vector<std::string>& list,
+                     const char* help) {
+    return app.add_option(names, list, help)->allow_extra_args(false);
 }
 
-constexpr std::size_t kHelpColumn = 28;
+std::vector<ArgumentOption> AddArgumentOptions(CLI::App& app, qbsupport::ReportOptions& report) {
+    return {
+        {app.add_option("-d,--app-directory", report.appDirectory,
+                        "the application's directory (this program's)")
+             ->type_name("DIR"),
+         {QbSupportAppDirectory}},
+        {app.add_option("-u,--user-key", report.userKey, "the user's root registry key (Software)")
+             ->type_name("KEY"),
+         {QbSupportRegistry}},
+        {app.add_option("-a,--app-key", report.userAppKey,
+                        "the application's registry key (Software\\Quenbar)")
+             ->type_name("KEY"),
+         {QbSupportUserAppKey, QbSupportMachineAppKey}},
+        {AddList(app, "-e,--variable", report.variables, "an environment variable; may be repeated")
+             ->type_name("NAME"),
+         {QbSupportEnvironment}},
+        {app.add_option("-p,--process", report.process,
+                        "list this running program's modules (this program's)")
+             ->type_name("FILE"),
+         {QbSupportModules}},
+        {AddList(app, "-m,--module", report.modules,
+                 "a file whose version to report; may be repeated")
+             ->type_name("FILE"),
+         {QbSupportModule}},
+    };
+}
 
-std::string HelpLine(const OptionRule& rule) {
-    std::string line = "  ";
-    line += rule.shortName != '\0' ? std::string{'-', rule.shortName, ','} : "   ";
-    line += std::string(" --") + rule.longName;
-    if (rule.valueName != nullptr) {
-        line += std::string(" ") + rule.valueName;
+void AddOptions(CLI::App& app, Options& options) {
+    app.add_option("-o,--output", options.outputFile,
+                   "save the report in FILE, whole or not at all; - is standard output")
+        ->type_name("FILE")
+        ->check(RefuseEmptyName);
+    app.add_option("-s,--sections", options.report.kinds,
+                   "only these, by name or number, comma-separated")
+        ->type_name("LIST")
+        ->delimiter(',')
+        ->allow_extra_args(false)
+        ->transform(CLI::Validator(TakeSection, ""));
+    app.add_flag_callback(
+        "-l,--list", [&options] { options.text = SectionList(); },
+        "list the sections and what each one takes");
+    const auto leaveOut = [&](const char* name, unsigned int flag, const char* help) {
+        app.add_flag_callback(
+            name, [&options, flag] { options.report.flags &= ~flag; }, help);
+    };
+    leaveOut("--no-headings", QbSupportFlagHeadings, "leave out titles and their underlines");
+    leaveOut("--no-separators", QbSupportFlagSeparator,
+             "leave out the empty lines between sections");
+    leaveOut("--no-indent", QbSupportFlagIndent, "start every line in the first column");
+}
+
+std::string Parse(CLI::App& app, std::vector<std::string> arguments, std::string& text) {
+    // CLI11 takes them from the end.
+    std::reverse(arguments.begin(), arguments.end());
+    try {
+        app.parse(std::move(arguments));
+    } catch (const CLI::CallForHelp&) {
+        text = app.help();
+    } catch (const CLI::CallForVersion& version) {
+        text = std::string(version.what()) + '\n';
+    } catch (const CLI::ParseError& error) {
+        return error.what();
     }
-    line.append(kHelpColumn - line.size(), ' ');
-    return line + rule.help + '\n';
+    return "";
 }
 
 }  // namespace
 
-std::string ParseOptions(int argc, char** argv, Options& options) {
-    for (int index = 1; index < argc; ++index) {
-        std::string problem = ParseOption(argc, argv, index, options);
-        if (!problem.empty()) {
-            return problem;
+std::string ParseOptions(std::vector<std::string> arguments, Options& options) {
+    CLI::App app("Writes a support report about this computer to standard output.", "qbreport");
+    app.allow_windows_style_options();
+    app.set_help_flag("-h,-?,--help", "show this text");
+    app.set_version_flag("-V,--version", "qbreport " QBREPORT_VERSION,
+                         "show this program's version");
+    app.footer(
+        "Exit status: 0 when the report was written, 1 when that or a section failed that was\n"
+        "asked for by name, number or argument, 2 when the command line is wrong.");
+    AddOptions(app, options);
+    const std::vector<ArgumentOption> argumentOptions = AddArgumentOptions(app, options.report);
+
+    std::string problem = Parse(app, std::move(arguments), options.text);
+    qbsupport::ReportOptions& report = options.report;
+    report.machineAppKey = report.userAppKey;
+    options.outputFile = options.outputFile == "-" ? "" : options.outputFile;
+    options.namedKinds = report.kinds;
+    for (const auto& [option, kinds] : argumentOptions) {
+        if (option->count() > 0) {
+            options.namedKinds.insert(options.namedKinds.end(), kinds.begin(), kinds.end());
         }
     }
-    return "";
-}
-
-std::string HelpText() {
-    std::string text =
-        "Usage: qbreport [options]\n"
-        "Writes a support report about this computer to standard output.\n\n";
-    for (const OptionRule& rule : kRules) {
-        text += HelpLine(rule);
-    }
-    text +=
-        "\nExit status: 0 when the report was written, 1 when that or a section asked for by\n"
-        "name or number failed, 2 when the command line is wrong.\n";
-    return text;
+    return problem;
 }

@@ -6,31 +6,19 @@
 #include <vector>
 
 #include "qbsupport/qbsupport.hpp"
-#include "sections.h"
-
-enum class Action { kReport, kHelp, kVersion, kList };
 
 struct Options {
-    Action action = Action::kReport;
+    // What to print in place of a report: help and the like. Empty for a report.
+    std::string text;
     // Where the report goes; empty for standard output.
     std::string outputFile;
-    // The sections that the user named, in that order; none for the whole report.
-    std::vector<const Section*> sections;
-    unsigned int flags = qbsupport::kAllFlags;
-
-    // What the sections take as arguments, where the user gave it.
-    std::string appDirectory;
-    std::string userKey = "Software";
-    std::string appKey = "Software\\Quenbar";
-    std::string process;
-    std::vector<std::string> variables;
-    std::vector<std::string> modules;
+    qbsupport::ReportOptions report;
+    // The kinds that the user named, or named an argument of.
+    std::vector<int> namedKinds;
 };
 
-/// Reads the command line into `options`. Returns what is wrong with it, or an empty text.
-std::string ParseOptions(int argc, char** argv, Options& options);
-
-/// What --help prints.
-std::string HelpText();
+/// Reads the command line, without the program's name, into `options`. Returns what is wrong with
+/// it, or an empty text.
+std::string ParseOptions(std::vector<std::string> arguments, Options& options);
 
 #endif

@@ -18,6 +18,12 @@ struct CloseFile {
 
 using File = std::unique_ptr<std::FILE, CloseFile>;
 
+#ifdef _WIN32
+constexpr char kPathSeparators[] = "\\/:";
+#else
+constexpr char kPathSeparators[] = "/";
+#endif
+
 std::atomic<bool> interrupted = false;
 
 void NoteInterruption(int signal) {
@@ -61,36 +67,34 @@ private:
     void (*m_before[std::size(kStopSignals)])(int) = {};
 };
 
-bool WriteAll(std::FILE* file, const std::string& text) {
-    return std::fwrite(text.data(), 1, text.size(), file) == text.size() && std::fflush(file) == 0;
-}
-
 bool Close(File file) {
     return std::fclose(file.release()) == 0;
 }
 
-// Opens a file that did not exist before, beside the target, and gives its path.
+// Opens a file that did not exist before, beside the target, and gives its path. Its name owes
+// nothing to the target's, which may be as long as names can be.
 File CreateTemporaryFile(const std::string& target, std::string& path) {
     constexpr int kMostTries = 100;
+    const std::string directory = target.substr(0, target.find_last_of(kPathSeparators) + 1);
     File file;
     errno = EEXIST;
     for (int number = 1; number <= kMostTries && file == nullptr && errno == EEXIST; ++number) {
-        path = target + '.' + std::to_string(number) + ".tmp";
+        path = directory + "qbreport" + std::to_string(number) + ".tmp";
         file.reset(CreateNewFile(path));
     }
     return file;
 }
 
 std::string WriteDevice(const std::string& report, const std::string& path) {
-    File file(std::fopen(path.c_str(), "wb"));
-    if (file == nullptr || !WriteAll(file.get(), report) || !Close(std::move(file))) {
+    File file(OpenDevice(path));
+    if (file == nullptr || !WriteAnsi(file.get(), report) || !Close(std::move(file))) {
         return LastErrorText();
     }
     return "";
 }
 
 std::string WriteTemporaryFile(File file, const std::string& report) {
-    if (!WriteAll(file.get(), report) || !FlushToDisk(file.get()) || !Close(std::move(file))) {
+    if (!WriteAnsi(file.get(), report) || !FlushToDisk(file.get()) || !Close(std::move(file))) {
         return LastErrorText();
     }
     return interrupted ? "interrupted" : "";
@@ -108,7 +112,7 @@ std::string ReplaceFileContent(const std::string& report, const std::string& tar
         problem = RenameOver(path, target);
     }
     if (!problem.empty()) {
-        static_cast<void>(std::remove(path.c_str()));
+        RemoveFile(path);
     }
     return problem;
 }
@@ -116,7 +120,7 @@ std::string ReplaceFileContent(const std::string& report, const std::string& tar
 }  // namespace
 
 std::string PrintText(const std::string& text) {
-    const bool written = WriteAll(stdout, text) && std::fclose(stdout) == 0;
+    const bool written = WriteAnsi(stdout, text) && std::fclose(stdout) == 0;
     return written ? "" : LastErrorText();
 }
 

@@ -1,11 +1,28 @@
-// What the program needs from the system beyond the standard library.
+// What the programs need from the system beyond the standard library. Texts are in UTF-8 but where
+// it says ANSI: what the library takes and gives, in the ANSI code page.
 #ifndef QBREPORT_PLATFORM_H
 #define QBREPORT_PLATFORM_H
 
 #include <cstdio>
 #include <string>
+#include <vector>
 
-#include "qbsupport/qbsupport.hpp"
+#include "qbsupport/loader.hpp"
+
+/// Keeps the system from opening dialogs about missing disks, from taking libraries but its own and
+/// the one beside the program, and from ending the program when the reader of its output has gone.
+void PrepareProcess();
+
+/// The command line's arguments without the program's name.
+#ifdef _WIN32
+std::vector<std::string> Utf8Arguments(int argc, wchar_t** argv);
+#else
+std::vector<std::string> Utf8Arguments(int argc, char** argv);
+#endif
+
+/// A character that the ANSI code page lacks becomes another one, such as a question mark.
+std::string AnsiOf(const std::string& utf8);
+std::string Utf8Of(const std::string& ansi);
 
 /// The directory of this program's file, or an empty text when the system does not tell.
 std::string ExecutableDirectory();
@@ -13,10 +30,22 @@ std::string ExecutableDirectory();
 /// Loads the library that lies beside this program's file, and no other.
 qbsupport::Library LoadLibraryBesideExecutable();
 
-/// Makes writing to a stream whose reader has gone an error and not the end of the process.
-void ReportClosedPipes();
+/// Where a new report goes when the user did not say: a file among the user's documents.
+std::string NewReportPath();
+
+/// Whether the program has a console, and no other program shares it.
+bool OwnsConsole();
+
+void WaitForKey();
 
 bool IsTerminal(std::FILE* stream);
+
+/// Writes ANSI bytes, on a terminal as the characters that they stand for. False with errno set on
+/// failure.
+bool WriteAnsi(std::FILE* stream, const std::string& text);
+
+/// The same for a text, which goes elsewhere than to a terminal in the ANSI code page.
+bool WriteText(std::FILE* stream, const std::string& text);
 
 /// Stops the stream from changing line ends.
 void SetBinaryMode(std::FILE* stream);
@@ -30,6 +59,9 @@ bool IsDevice(const std::string& path);
 /// The file that the path leads to, in full, or the path itself where there is no such file.
 std::string FullPath(const std::string& path);
 
+/// Opens a device for writing in binary; null with errno set on failure.
+std::FILE* OpenDevice(const std::string& path);
+
 /// Creates a file that must not exist yet, for writing in binary; null with errno set on failure.
 std::FILE* CreateNewFile(const std::string& path);
 
@@ -39,5 +71,7 @@ bool FlushToDisk(std::FILE* file);
 /// Gives a file a new name, in place of the file that may have that name. Returns what went wrong,
 /// or an empty text.
 std::string RenameOver(const std::string& from, const std::string& to);
+
+void RemoveFile(const std::string& path);
 
 #endif

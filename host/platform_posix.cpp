@@ -10,6 +10,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "report.h"
+
 namespace {
 
 // The path up to and with its last slash.
@@ -22,6 +24,22 @@ std::string ExecutableLocation() {
 
 }  // namespace
 
+void PrepareProcess() {
+    static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
+}
+
+std::vector<std::string> Utf8Arguments(int argc, char** argv) {
+    return {argv + (argc > 0 ? 1 : 0), argv + argc};
+}
+
+std::string AnsiOf(const std::string& utf8) {
+    return utf8;
+}
+
+std::string Utf8Of(const std::string& ansi) {
+    return ansi;
+}
+
 std::string ExecutableDirectory() {
     const std::string location = ExecutableLocation();
     return location.size() > 1 ? location.substr(0, location.size() - 1) : location;
@@ -31,12 +49,27 @@ qbsupport::Library LoadLibraryBesideExecutable() {
     return qbsupport::Library((ExecutableLocation() + qbsupport::kLibraryFileName).c_str());
 }
 
-void ReportClosedPipes() {
-    static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
+std::string NewReportPath() {
+    return NewReportName();
 }
+
+bool OwnsConsole() {
+    return false;
+}
+
+void WaitForKey() {}
 
 bool IsTerminal(std::FILE* stream) {
     return isatty(fileno(stream)) != 0;
+}
+
+bool WriteAnsi(std::FILE* stream, const std::string& text) {
+    return std::fwrite(text.data(), 1, text.size(), stream) == text.size() &&
+           std::fflush(stream) == 0;
+}
+
+bool WriteText(std::FILE* stream, const std::string& text) {
+    return WriteAnsi(stream, text);
 }
 
 void SetBinaryMode(std::FILE* /*stream*/) {}
@@ -55,6 +88,10 @@ std::string FullPath(const std::string& path) {
     return realpath(path.c_str(), full) != nullptr ? full : path;
 }
 
+std::FILE* OpenDevice(const std::string& path) {
+    return std::fopen(path.c_str(), "wb");
+}
+
 std::FILE* CreateNewFile(const std::string& path) {
     const int file = open(path.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0666);
     return file >= 0 ? fdopen(file, "wb") : nullptr;
@@ -66,4 +103,8 @@ bool FlushToDisk(std::FILE* file) {
 
 std::string RenameOver(const std::string& from, const std::string& to) {
     return std::rename(from.c_str(), to.c_str()) == 0 ? "" : LastErrorText();
+}
+
+void RemoveFile(const std::string& path) {
+    static_cast<void>(std::remove(path.c_str()));
 }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "platform.h"
+
 Progress::~Progress() {
     if (m_shownLength > 0) {
         Replace("");
@@ -23,6 +25,5 @@ void Progress::Replace(const std::string& line) {
         text += '\r';
     }
     m_shownLength = line.size();
-    static_cast<void>(std::fputs(text.c_str(), stderr));
-    static_cast<void>(std::fflush(stderr));
+    static_cast<void>(WriteText(stderr, text));
 }

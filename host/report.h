@@ -1,33 +1,21 @@
-// The report: sections in a row, as the library writes them.
+// What both programs make of the library: the report that they write unless told otherwise.
 #ifndef QBREPORT_REPORT_H
 #define QBREPORT_REPORT_H
 
 #include <string>
-#include <vector>
 
-#include "options.h"
-#include "progress.h"
 #include "qbsupport/qbsupport.hpp"
 
-// One call of the library.
-struct Call {
-    const Section* section;
-    std::string argument;
-};
+/// The report without any options given. Its texts are in UTF-8.
+qbsupport::ReportOptions DefaultReportOptions();
 
-struct Report {
-    std::string text;
-    // The calls that gave no text.
-    std::vector<Call> failures;
-};
+/// The same options with their texts as the library takes them.
+qbsupport::ReportOptions ForLibrary(qbsupport::ReportOptions options);
 
-/// The calls that the options ask for, in order.
-std::vector<Call> PlanCalls(const Options& options);
+/// Says which section a report had to do without, and why.
+std::string FailureText(const qbsupport::FailedSection& failed);
 
-/// Makes the calls and joins what they give; a call that fails is left out. Nothing is added to the
-/// library's texts but, with separators, an empty line between a group of single lines and what
-/// comes next.
-Report ComposeReport(const qbsupport::Library& library, const std::vector<Call>& calls,
-                     unsigned int flags, Progress& progress);
+/// A name for a new report of this moment.
+std::string NewReportName();
 
 #endif

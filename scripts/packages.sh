@@ -7,6 +7,7 @@
 packages='
 build    cmake                           cmake        configures the build
 build    ninja                           ninja-build  runs it
+build    /usr/include/CLI/CLI.hpp        libcli11-dev  reads the command line of qbreport
 windows  x86_64-w64-mingw32-g++-posix    g++-mingw-w64-x86-64-posix  POSIX threads, for std::thread
 windows  x86_64-w64-mingw32-gcc-posix    gcc-mingw-w64-x86-64-posix  links the DLL as C
 windows  x86_64-w64-mingw32-windres      binutils-mingw-w64-x86-64   version resources, manifests

@@ -1,40 +1,27 @@
-// QBSUPPORT for C++17 hosts: the library found at run time, or linked, and sections as std::string.
+// QBSUPPORT for C++17 hosts that link the library: sections as std::string, and the whole report in
+// one call. Hosts that find the library at run time include loader.hpp.
 //
-// Nothing here throws but std::bad_alloc, and no dialog ever opens.
+// Nothing here throws but std::bad_alloc and what the host's own progress function throws. Names no
+// header of the system's.
 #ifndef QBSUPPORT_QBSUPPORT_HPP
 #define QBSUPPORT_QBSUPPORT_HPP
 
+#include <cstddef>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
-#include <type_traits>
+#include <utility>
+#include <vector>
 
 #include "qbsupport.h"
-
-#ifdef _WIN32
-#ifndef WIN32_LEAN_AND_MEAN
-#define WIN32_LEAN_AND_MEAN
-#endif
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
-#include <windows.h>
-#else
-#include <dlfcn.h>
-#endif
+#include "sections.hpp"
 
 namespace qbsupport {
 
 /// Headings, separators and indent: how a section of a whole report is written.
 inline constexpr unsigned int kAllFlags =
     QbSupportFlagHeadings | QbSupportFlagSeparator | QbSupportFlagIndent;
-
-/// The library's file name on this system.
-#ifdef _WIN32
-inline constexpr char kLibraryFileName[] = "QBSUPPORT.dll";
-#else
-inline constexpr char kLibraryFileName[] = "libQBSUPPORT.so";
-#endif
 
 /// Gives a text back to the library that handed it out.
 struct BufferRelease {
@@ -43,8 +30,44 @@ struct BufferRelease {
 };
 
 /// Owns the NUL-terminated text of one section; null when the section failed. It must be gone
-/// before the Library that it came from, whose memory it is.
+/// before the library that it came from is unloaded, whose memory it is.
 using Buffer = std::unique_ptr<char, BufferRelease>;
+
+/// What a report holds. Texts are in the ANSI code page, as the library's arguments are; a line
+/// whose text is empty is left out of a whole report.
+struct ReportOptions {
+    /// QbSupportFlags, for all sections.
+    unsigned int flags = kAllFlags;
+    /// The kinds to report, in this order; none for a whole report.
+    std::vector<int> kinds;
+
+    std::string appDirectory;            ///< the application's directory, for kind 10
+    std::string userKey = "Software";    ///< the user's root key, for kind 11
+    std::string userAppKey;              ///< the application's key, for kind 12
+    std::string machineAppKey;           ///< the same for kind 13
+    std::vector<std::string> variables;  ///< environment variables, for kind 15, a line each
+    std::string process;                 ///< an executable's file name, for kind 16; this process
+    std::vector<std::string> modules;    ///< files whose versions to report, for kind 17
+
+    /// Called before each section, on the caller's thread: which one of how many, from 1, and the
+    /// name of its kind.
+    std::function<void(std::size_t step, std::size_t count, const char* name)> progress;
+};
+
+/// A section that a report had to do without.
+struct FailedSection {
+    SectionKind section;
+    std::string argument;
+    /// False for a line that the library was not asked for, since the section that it belongs to
+    /// failed, and it would have stood below another one.
+    bool tried;
+};
+
+/// A report: the bytes of its sections, best written to a file in binary.
+struct Report {
+    std::string text;
+    std::vector<FailedSection> failed;
+};
 
 namespace detail {
 
@@ -60,214 +83,109 @@ inline std::optional<std::string> TextOf(const Buffer& buffer) {
     return buffer != nullptr ? std::optional<std::string>(buffer.get()) : std::nullopt;
 }
 
-#ifdef _WIN32
-
-using ModuleHandle = HMODULE;
-
-/// While it lives, Windows reports a file that cannot be loaded to the calling thread's code and
-/// not in a dialog to the user.
-class NoErrorDialogs {
-public:
-    NoErrorDialogs() noexcept {
-        SetThreadErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, &m_before);
-    }
-    ~NoErrorDialogs() { SetThreadErrorMode(m_before, nullptr); }
-    NoErrorDialogs(const NoErrorDialogs&) = delete;
-    NoErrorDialogs& operator=(const NoErrorDialogs&) = delete;
-
-private:
-    DWORD m_before = 0;
-};
-
-inline std::string SystemMessage(DWORD error) {
-    char text[512] = {};
-    DWORD length = FormatMessageA(
-        FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_MAX_WIDTH_MASK,
-        nullptr, error, 0, text, sizeof(text), nullptr);
-    while (length > 0 && (text[length - 1] == ' ' || text[length - 1] == '.')) {
-        --length;
-    }
-    return std::string(text, length) + " (Windows error " + std::to_string(error) + ")";
-}
-
-inline std::string LoadErrorText(DWORD error) {
-    switch (error) {
-        case ERROR_FILE_NOT_FOUND:
-        case ERROR_PATH_NOT_FOUND:
-        case ERROR_MOD_NOT_FOUND:
-            return "the file, or a library that it needs, was not found";
-        case ERROR_BAD_EXE_FORMAT:
-            // The system's own message speaks of "%1", which has no text here.
-            return sizeof(void*) == 8 ? "the file is damaged or not a 64-bit Windows library"
-                                      : "the file is damaged or not a 32-bit Windows library";
+/// A section with several arguments is called once for each.
+inline std::vector<std::string> ArgumentsFor(int kind, const ReportOptions& options) {
+    switch (kind) {
+        case QbSupportAppDirectory:
+            return {options.appDirectory};
+        case QbSupportRegistry:
+            return {options.userKey};
+        case QbSupportUserAppKey:
+            return {options.userAppKey};
+        case QbSupportMachineAppKey:
+            return {options.machineAppKey};
+        case QbSupportEnvironment:
+            return options.variables;
+        case QbSupportModules:
+            return {options.process};
+        case QbSupportModule:
+            return options.modules;
         default:
-            return SystemMessage(error);
+            return {std::string()};
     }
 }
 
-inline ModuleHandle LoadFile(const char* fileName) noexcept {
-    return LoadLibraryA(fileName);
-}
+using Call = std::pair<SectionKind, std::string>;
 
-inline ModuleHandle LoadFile(const wchar_t* fileName) noexcept {
-    return LoadLibraryW(fileName);
-}
-
-/// Loads a file; null with `error` set when that fails.
-template <typename Character>
-ModuleHandle LoadModule(const Character* fileName, std::string& error) {
-    const NoErrorDialogs noDialogs;
-    const ModuleHandle handle = LoadFile(fileName);
-    if (handle == nullptr) {
-        error = LoadErrorText(GetLastError());
-    }
-    return handle;
-}
-
-template <typename Function>
-Function FindFunction(ModuleHandle handle, const char* name) noexcept {
-    // By way of a third type, because compilers doubt a direct cast between the other two.
-    return reinterpret_cast<Function>(reinterpret_cast<void (*)()>(GetProcAddress(handle, name)));
-}
-
-inline void UnloadModule(ModuleHandle handle) noexcept {
-    FreeLibrary(handle);
-}
-
-inline std::string DisplayName(const wchar_t* fileName) {
-    const int size = WideCharToMultiByte(CP_ACP, 0, fileName, -1, nullptr, 0, nullptr, nullptr);
-    std::string name(size > 0 ? static_cast<std::size_t>(size) : 1, '\0');
-    WideCharToMultiByte(CP_ACP, 0, fileName, -1, name.data(), size, nullptr, nullptr);
-    name.pop_back();
-    return name;
-}
-
-#else
-
-using ModuleHandle = void*;
-
-/// Loads a file; null with `error` set when that fails.
-inline ModuleHandle LoadModule(const char* fileName, std::string& error) {
-    const ModuleHandle handle = dlopen(fileName, RTLD_NOW | RTLD_LOCAL);
-    if (handle == nullptr) {
-        const char* const message = dlerror();
-        error = message != nullptr ? message : "unknown error";
-        // Most messages open with the name, which the caller's own message gives already.
-        const std::string prefix = std::string(fileName) + ": ";
-        if (error.compare(0, prefix.size(), prefix) == 0) {
-            error.erase(0, prefix.size());
+inline std::vector<Call> PlanCalls(const ReportOptions& options) {
+    std::vector<Call> calls;
+    for (const int kind : options.kinds) {
+        for (std::string& argument : ArgumentsFor(kind, options)) {
+            calls.emplace_back(SectionKindOf(kind), std::move(argument));
         }
     }
-    return handle;
+    if (!options.kinds.empty()) {
+        return calls;
+    }
+    for (const SectionKind& section : kSectionKinds) {
+        for (std::string& argument : ArgumentsFor(section.kind, options)) {
+            const bool isEmptyLine = section.continues != 0 && argument.empty();
+            if (IsInWholeReport(section) && !isEmptyLine) {
+                calls.emplace_back(section, std::move(argument));
+            }
+        }
+    }
+    return calls;
 }
 
-template <typename Function>
-Function FindFunction(ModuleHandle handle, const char* name) noexcept {
-    return reinterpret_cast<Function>(dlsym(handle, name));
+/// Sets the line of `next` below the text so far, which ends with the section `before`, or apart
+/// from it: the library cannot know which line is the last of its section.
+inline void Separate(std::string& text, const SectionKind& before, const SectionKind& next) {
+    const bool isContinued = IsContinuedBy(before, next);
+    if (isContinued && HasSeparator(before.kind)) {
+        text.resize(text.size() - 2);
+    } else if (!isContinued && !HasSeparator(before.kind)) {
+        text += "\r\n";
+    }
 }
 
-inline void UnloadModule(ModuleHandle handle) noexcept {
-    dlclose(handle);
+template <typename GetSection>
+Report Compose(const ReportOptions& options, const GetSection& getSection) {
+    const std::vector<Call> calls = PlanCalls(options);
+    Report report;
+    std::optional<SectionKind> before;
+    int failedKind = 0;
+    for (std::size_t index = 0; index < calls.size(); ++index) {
+        const auto& [section, argument] = calls[index];
+        if (options.progress) {
+            options.progress(index + 1, calls.size(), section.name);
+        }
+        const bool isOrphan = failedKind != 0 && section.continues == failedKind;
+        const Buffer text =
+            isOrphan ? Buffer() : getSection(section.kind, options.flags, argument.c_str());
+        if (text == nullptr) {
+            report.failed.push_back({section, argument, !isOrphan});
+            failedKind = isOrphan ? failedKind : section.kind;
+            continue;
+        }
+        if (before && (options.flags & QbSupportFlagSeparator) != 0) {
+            Separate(report.text, *before, section);
+        }
+        report.text += text.get();
+        before = section;
+        failedKind = 0;
+    }
+    return report;
 }
-
-#endif
-
-inline std::string DisplayName(const char* fileName) {
-    return fileName;
-}
-
-struct ModuleUnload {
-    void operator()(ModuleHandle handle) const noexcept { UnloadModule(handle); }
-};
-
-using Module = std::unique_ptr<std::remove_pointer_t<ModuleHandle>, ModuleUnload>;
 
 }  // namespace detail
 
-/// The library, found at run time and unloaded with this object. May be moved, not copied.
-class Library {
-public:
-    /// Loads the library from the default file name, in the system's search order. A host that
-    /// ships the library beside itself passes the full path instead, so that no other directory's
-    /// file can take its place.
-    Library() : Library(kLibraryFileName) {}
-
-    /// Loads the library from `fileName` (on Windows in the ANSI code page). Does not throw when
-    /// that fails: IsLoaded says so, and Error says why.
-    explicit Library(const char* fileName) { Load(fileName); }
-
-#ifdef _WIN32
-    /// The same for any file name that Windows knows, whatever the ANSI code page.
-    explicit Library(const wchar_t* fileName) {
-        Load(fileName);
-    }
-#endif
-
-    [[nodiscard]] bool IsLoaded() const noexcept {
-        return m_module != nullptr;
-    }
-
-    /// Why the library is not loaded, as one line without a line end: the file is missing, is no
-    /// library that this process can load, or lacks one of the functions, which is named. Empty
-    /// when it is loaded.
-    [[nodiscard]] const std::string& Error() const noexcept {
-        return m_error;
-    }
-
-    /// Builds one section without copying its text.
-    ///
-    /// `kind`, `flags` and `argument` are those of QbSupportGetInfo. Null when the section failed
-    /// or the library is not loaded. The buffer must be gone before this object.
-    [[nodiscard]] Buffer SectionBuffer(int kind, unsigned int flags = kAllFlags,
-                                       const char* argument = nullptr) const {
-        return IsLoaded() ? detail::GetBuffer(m_getInfo, m_releaseBuffer, kind, flags, argument)
-                          : Buffer();
-    }
-
-    /// Builds one section and returns a copy of its text, which the caller keeps.
-    ///
-    /// `kind`, `flags` and `argument` are those of QbSupportGetInfo; an argument ends at its first
-    /// NUL. Nothing when the section failed or the library is not loaded.
-    [[nodiscard]] std::optional<std::string> Section(int kind, unsigned int flags = kAllFlags,
-                                                     const std::string& argument = {}) const {
-        return detail::TextOf(SectionBuffer(kind, flags, argument.c_str()));
-    }
-
-private:
-    template <typename Character>
-    void Load(const Character* fileName) {
-        std::string reason;
-        m_module.reset(detail::LoadModule(fileName, reason));
-        if (m_module == nullptr) {
-            m_error = "cannot load " + detail::DisplayName(fileName) + ": " + reason;
-        } else if (!Bind(m_getInfo, "QbSupportGetInfo", reason) ||
-                   !Bind(m_releaseBuffer, "QbSupportReleaseBuffer", reason)) {
-            m_module.reset();
-            m_error = detail::DisplayName(fileName) + " lacks the function " + reason;
-        }
-    }
-
-    template <typename Function>
-    bool Bind(Function& function, const char* name, std::string& missing) {
-        function = detail::FindFunction<Function>(m_module.get(), name);
-        if (function == nullptr) {
-            missing = name;
-        }
-        return function != nullptr;
-    }
-
-    detail::Module m_module;
-    std::string m_error;
-    decltype(&QbSupportGetInfo) m_getInfo = nullptr;
-    decltype(&QbSupportReleaseBuffer) m_releaseBuffer = nullptr;
-};
-
-/// The same as Library::Section, for hosts that link the library: builds one section and returns
-/// its text, or nothing when the section failed. A host that does not call it need not link.
+/// Builds one section and returns its text, or nothing when the section failed.
+///
+/// `kind`, `flags` and `argument` are those of QbSupportGetInfo; an argument ends at its first NUL.
+/// A host that does not call this function and the next one need not link the library.
 inline std::optional<std::string> Section(int kind, unsigned int flags = kAllFlags,
                                           const std::string& argument = {}) {
     return detail::TextOf(detail::GetBuffer(&QbSupportGetInfo, &QbSupportReleaseBuffer, kind, flags,
                                             argument.c_str()));
+}
+
+/// Builds the whole report, or the chosen sections. Sections that fail are left out and named in
+/// the result.
+inline Report WholeReport(const ReportOptions& options = {}) {
+    return detail::Compose(options, [](int kind, unsigned int flags, const char* argument) {
+        return detail::GetBuffer(&QbSupportGetInfo, &QbSupportReleaseBuffer, kind, flags, argument);
+    });
 }
 
 }  // namespace qbsupport

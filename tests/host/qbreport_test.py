@@ -18,7 +18,7 @@ ON_WINDOWS = OTHER_LIBRARY.endswith(".dll")
 PROGRAM, LIBRARY = ("qbreport.exe", "QBSUPPORT.dll") if ON_WINDOWS else ("qbreport", "libQBSUPPORT.so")
 # Wine would start its services with each program. They are not needed, take most of the time, and
 # one that crashes as they end says so on the program's standard error.
-ENVIRONMENT = {**os.environ,
+ENVIRONMENT = {**os.environ, "LC_ALL": "C.UTF-8",
                "WINEDLLOVERRIDES": os.environ.get("WINEDLLOVERRIDES", "") + ";services.exe=d"}
 TITLES = b"Date and Time|Operating System|Uname|User Name|Locale|Hardware|Memory:|System directories" \
     b"|Registry:|Application|Modules|Limits:|Display"
@@ -56,7 +56,10 @@ class CommandLine(unittest.TestCase):
              rb"Registry:\r\n-+\r\n   User root: .*\\QbNone\] \(N/A\)\n   App: .*USER\\QbNone\\App\] "
              rb"\(N/A\)\n   App: .*MACHINE\\QbNone\\App\] \(N/A\)\n"),
             (["--version"], rb"qbreport \d+\.\d+\.\d+\r?\n"),
-            (["--help"], rb"Usage: qbreport [\s\S]*--no-indent[\s\S]*"),
+            *(([help], rb"[\s\S]*Usage: qbreport [\s\S]*--no-indent[\s\S]*")
+              for help in ("-h", "-?", "/?", "--help")),
+            (["--sections", "limits, 4 ", "-o", "-", "--no-separators"],
+             rb"Limits:\r\n-------\r\nUname\r\n-----\r\n"),
             (["--list"], rb"[\s\S]*20  display\r?\n"),
         ):
             with self.subTest(arguments):
@@ -66,12 +69,12 @@ class CommandLine(unittest.TestCase):
 
     def test_mistakes(self):
         for status, arguments, message in (
-            (2, ["--wrong"], b"unknown option '--wrong'"),
+            (2, ["--wrong"], b"not expected: --wrong"),
             (2, ["-s", "banner,nothing"], b"unknown section 'nothing'"),
             (2, ["-s", "21"], b"unknown section '21'"),
-            (2, ["-o"], b"option '-o' needs a value"),
-            (2, ["--no-indent=1"], b"takes no value"),
-            (2, ["report.txt"], b"unexpected argument 'report.txt'"),
+            (2, ["-o"], b"--output: 1 required FILE missing"),
+            (2, ["-o", ""], b"the file's name is empty"),
+            (2, ["report.txt"], b"not expected: report.txt"),
             (1, ["-s", "reserved"], b"section 'reserved' \\(19\\) left out"),
             (1, ["-s", "modules", "-p", "no such program"], b"no report on no such program"),
             (1, ["-o", "no/such/directory/report.txt"], b"cannot save the report"),
@@ -80,6 +83,21 @@ class CommandLine(unittest.TestCase):
                 result = run(*arguments)
                 self.assertEqual((result.returncode, result.stdout), (status, b""))
                 self.assertRegex(result.stderr, rb"\Aqbreport: .*" + message + rb".*\r?\n\Z")
+
+    def test_failed_sections(self):
+        # Lines that go on with a section that is left out are left out as well.
+        for status, arguments, expected in (
+            (1, ["-p", "none.exe"], rb" Not set!\n\r\nLimits:\r\n"),
+            (1, ["-s", "4,19,18"], rb"Uname\r\n-----\r\n\r\nLimits:\r\n"),
+            (1, ["-s", "15,16,17", "-p", "none.exe", "-e", "QB_NONE"], rb"Not set!\n\r\n\Z"),
+        ):
+            with self.subTest(arguments):
+                result = run(*arguments, "-e", "QB_NONE")
+                self.assertEqual(result.returncode, status)
+                self.assertRegex(result.stdout, expected)
+                self.assertIn(b"left out: the library has ", result.stderr)
+                self.assertEqual(b"'module' (17) left out: its line on user32.dll" in result.stderr,
+                                 "-p" in arguments)
 
     def test_full_output(self):
         with open("/dev/full", "wb") as full:
@@ -109,6 +127,29 @@ class CommandLine(unittest.TestCase):
 class Files(unittest.TestCase):
     def setUp(self):
         self.directory = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory(prefix="qb report")))
+
+    def test_names_of_all_kinds(self):
+        # The longest name that the file system of these tests takes has 255 bytes.
+        for name in ("\u043e\u0442\u0447\u0451\u0442 \u65e5\u672c.txt", "n" * 252, "\u00e9" * 126):
+            with self.subTest(name):
+                variable = "QB_" + name[:6]
+                result = run("-s", "environment", "-e", variable, "-o", name,
+                             directory=self.directory)
+                self.assertEqual(result.returncode, 0, result.stderr)
+                self.assertIn(name, result.stderr.decode())
+                self.assertEqual((self.directory / name).read_bytes().decode(),
+                                 f"   Environment: [{variable}] = Not set!\n\r\n")
+                self.assertIn(name, os.listdir(self.directory))
+        self.assertEqual(len(os.listdir(self.directory)), 3)
+
+    def test_program_in_a_directory_of_any_name(self):
+        directory = self.directory / "\u0438\u043c\u044f [\u65e5] 100%"
+        directory.mkdir()
+        for file in PROGRAM, LIBRARY:
+            shutil.copy(PRODUCT / file, directory)
+        result = run("-s", "app-directory", program=directory / PROGRAM)
+        self.assertEqual((result.returncode, result.stderr), (0, b""))
+        self.assertRegex(result.stdout.decode(), r"App: +\[.*/\u0438\u043c\u044f \[\u65e5\] 100%\] \(")
 
     def test_saved_whole(self):
         target = self.directory / "report.txt"

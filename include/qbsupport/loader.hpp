@@ -1,0 +1,277 @@
+// QBSUPPORT for C++17 hosts that find the library at run time.
+//
+// Includes <windows.h> as the host has set it up: it asks for no macro, and lives with all.
+// Nothing here throws but std::bad_alloc and what the host's own progress function throws, and no
+// dialog ever opens.
+#ifndef QBSUPPORT_LOADER_HPP
+#define QBSUPPORT_LOADER_HPP
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <type_traits>
+
+#include "qbsupport.hpp"
+
+#ifdef _WIN32
+#include <windows.h>
+#else
+#include <dlfcn.h>
+#endif
+
+namespace qbsupport {
+
+/// The library's file name on this system.
+#ifdef _WIN32
+inline constexpr char kLibraryFileName[] = "QBSUPPORT.dll";
+#else
+inline constexpr char kLibraryFileName[] = "libQBSUPPORT.so";
+#endif
+
+namespace detail {
+
+#ifdef _WIN32
+
+using ModuleHandle = HMODULE;
+
+/// While it lives, Windows reports a file that cannot be loaded, or a drive without a disk, to the
+/// calling thread's code and not in a dialog to the user.
+class NoErrorDialogs {
+public:
+    NoErrorDialogs() noexcept : m_before(GetThreadErrorMode()) {
+        SetThreadErrorMode(m_before | SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, nullptr);
+    }
+    ~NoErrorDialogs() { SetThreadErrorMode(m_before, nullptr); }
+    NoErrorDialogs(const NoErrorDialogs&) = delete;
+    NoErrorDialogs& operator=(const NoErrorDialogs&) = delete;
+
+private:
+    DWORD m_before;
+};
+
+inline std::string SystemMessage(DWORD error) {
+    char text[512] = {};
+    DWORD length = FormatMessageA(
+        FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_MAX_WIDTH_MASK,
+        nullptr, error, 0, text, sizeof(text), nullptr);
+    while (length > 0 && (text[length - 1] == ' ' || text[length - 1] == '.')) {
+        --length;
+    }
+    return std::string(text, length) + " (Windows error " + std::to_string(error) + ")";
+}
+
+inline std::string LoadErrorText(DWORD error) {
+    switch (error) {
+        case ERROR_FILE_NOT_FOUND:
+        case ERROR_PATH_NOT_FOUND:
+        case ERROR_MOD_NOT_FOUND:
+            return "the file, or a library that it needs, was not found";
+        case ERROR_BAD_EXE_FORMAT:
+            // The system's own message speaks of "%1", which has no text here.
+            return sizeof(void*) == 8 ? "the file is damaged or not a 64-bit Windows library"
+                                      : "the file is damaged or not a 32-bit Windows library";
+        default:
+            return SystemMessage(error);
+    }
+}
+
+inline bool IsFullPath(const std::wstring& path) noexcept {
+    const auto isSlash = [](wchar_t character) { return character == L'\\' || character == L'/'; };
+    const bool onDrive = path.size() > 2 && path[1] == L':' && isSlash(path[2]);
+    return onDrive || (path.size() > 1 && isSlash(path[0]) && isSlash(path[1]));
+}
+
+/// Loads a file; null with `error` set when that fails.
+inline ModuleHandle LoadModule(const std::wstring& fileName, std::string& error) {
+    const NoErrorDialogs noDialogs;
+    // What the library needs is Windows' own, so that no file of the same name beside it, or in
+    // the current directory, is taken for that.
+    ModuleHandle handle = IsFullPath(fileName) ? LoadLibraryExW(fileName.c_str(), nullptr,
+                                                                LOAD_LIBRARY_SEARCH_SYSTEM32)
+                                               : LoadLibraryW(fileName.c_str());
+    // A system without the update that brought that setting, which Windows 7 may be.
+    if (handle == nullptr && GetLastError() == ERROR_INVALID_PARAMETER) {
+        handle = LoadLibraryExW(fileName.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+    }
+    if (handle == nullptr) {
+        error = LoadErrorText(GetLastError());
+    }
+    return handle;
+}
+
+template <typename Function>
+Function FindFunction(ModuleHandle handle, const char* name) noexcept {
+    // By way of a third type, because compilers doubt a direct cast between the other two.
+    return reinterpret_cast<Function>(reinterpret_cast<void (*)()>(GetProcAddress(handle, name)));
+}
+
+inline void UnloadModule(ModuleHandle handle) noexcept {
+    FreeLibrary(handle);
+}
+
+using FileName = std::wstring;
+
+inline FileName FileNameOf(const char* fileName) {
+    const int size = MultiByteToWideChar(CP_ACP, 0, fileName, -1, nullptr, 0);
+    std::wstring name(size > 0 ? static_cast<std::size_t>(size) : 1, L'\0');
+    MultiByteToWideChar(CP_ACP, 0, fileName, -1, name.data(), size);
+    name.pop_back();
+    return name;
+}
+
+inline std::string DisplayName(const std::wstring& fileName) {
+    const int size =
+        WideCharToMultiByte(CP_ACP, 0, fileName.c_str(), -1, nullptr, 0, nullptr, nullptr);
+    std::string name(size > 0 ? static_cast<std::size_t>(size) : 1, '\0');
+    WideCharToMultiByte(CP_ACP, 0, fileName.c_str(), -1, name.data(), size, nullptr, nullptr);
+    name.pop_back();
+    return name;
+}
+
+#else
+
+using ModuleHandle = void*;
+
+/// There are no such dialogs here.
+class NoErrorDialogs {
+public:
+    // Not defaulted, so that no compiler takes an object of it for unused.
+    NoErrorDialogs() noexcept {}  // NOLINT(modernize-use-equals-default)
+};
+
+using FileName = std::string;
+
+inline FileName FileNameOf(const char* fileName) {
+    return fileName;
+}
+
+inline std::string DisplayName(const std::string& fileName) {
+    return fileName;
+}
+
+/// Loads a file; null with `error` set when that fails.
+inline ModuleHandle LoadModule(const std::string& fileName, std::string& error) {
+    const ModuleHandle handle = dlopen(fileName.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (handle == nullptr) {
+        const char* const message = dlerror();
+        error = message != nullptr ? message : "unknown error";
+        // Most messages open with the name, which the caller's own message gives already.
+        const std::string prefix = fileName + ": ";
+        if (error.compare(0, prefix.size(), prefix) == 0) {
+            error.erase(0, prefix.size());
+        }
+    }
+    return handle;
+}
+
+template <typename Function>
+Function FindFunction(ModuleHandle handle, const char* name) noexcept {
+    return reinterpret_cast<Function>(dlsym(handle, name));
+}
+
+inline void UnloadModule(ModuleHandle handle) noexcept {
+    dlclose(handle);
+}
+
+#endif
+
+struct ModuleUnload {
+    void operator()(ModuleHandle handle) const noexcept { UnloadModule(handle); }
+};
+
+using Module = std::unique_ptr<std::remove_pointer_t<ModuleHandle>, ModuleUnload>;
+
+}  // namespace detail
+
+/// The library, found at run time and unloaded with this object. May be moved, not copied.
+///
+/// While it loads and while a section is built, Windows opens no dialog about a missing disk or a
+/// damaged file on the calling thread.
+class Library {
+public:
+    /// Loads the library from the default file name, in the system's search order. A host that
+    /// ships the library beside itself passes the full path instead, so that no other directory's
+    /// file can take its place; the libraries that it needs are then Windows' own, too.
+    Library() : Library(kLibraryFileName) {}
+
+    /// Loads the library from `fileName` (on Windows in the ANSI code page). Does not throw when
+    /// that fails: IsLoaded says so, and Error says why.
+    explicit Library(const char* fileName) { Load(detail::FileNameOf(fileName)); }
+
+#ifdef _WIN32
+    /// The same for any file name that Windows knows, whatever the ANSI code page.
+    explicit Library(const wchar_t* fileName) {
+        Load(fileName);
+    }
+#endif
+
+    [[nodiscard]] bool IsLoaded() const noexcept {
+        return m_module != nullptr;
+    }
+
+    /// Why the library is not loaded, as one line without a line end: the file is missing, is no
+    /// library that this process can load, or lacks one of the functions, which is named. Empty
+    /// when it is loaded.
+    [[nodiscard]] const std::string& Error() const noexcept {
+        return m_error;
+    }
+
+    /// Builds one section without copying its text.
+    ///
+    /// `kind`, `flags` and `argument` are those of QbSupportGetInfo. Null when the section failed
+    /// or the library is not loaded. The buffer must be gone before this object.
+    [[nodiscard]] Buffer SectionBuffer(int kind, unsigned int flags = kAllFlags,
+                                       const char* argument = nullptr) const {
+        const detail::NoErrorDialogs noDialogs;
+        return IsLoaded() ? detail::GetBuffer(m_getInfo, m_releaseBuffer, kind, flags, argument)
+                          : Buffer();
+    }
+
+    /// Builds one section and returns a copy of its text, which the caller keeps.
+    ///
+    /// `kind`, `flags` and `argument` are those of QbSupportGetInfo; an argument ends at its first
+    /// NUL. Nothing when the section failed or the library is not loaded.
+    [[nodiscard]] std::optional<std::string> Section(int kind, unsigned int flags = kAllFlags,
+                                                     const std::string& argument = {}) const {
+        return detail::TextOf(SectionBuffer(kind, flags, argument.c_str()));
+    }
+
+    /// Builds the whole report, or the chosen sections. Sections that fail are left out and named
+    /// in the result: all of them when the library is not loaded.
+    [[nodiscard]] Report WholeReport(const ReportOptions& options = {}) const {
+        return detail::Compose(options, [this](int kind, unsigned int flags, const char* argument) {
+            return SectionBuffer(kind, flags, argument);
+        });
+    }
+
+private:
+    void Load(const detail::FileName& fileName) {
+        std::string reason;
+        m_module.reset(detail::LoadModule(fileName, reason));
+        if (m_module == nullptr) {
+            m_error = "cannot load " + detail::DisplayName(fileName) + ": " + reason;
+        } else if (!Bind(m_getInfo, "QbSupportGetInfo", reason) ||
+                   !Bind(m_releaseBuffer, "QbSupportReleaseBuffer", reason)) {
+            m_module.reset();
+            m_error = detail::DisplayName(fileName) + " lacks the function " + reason;
+        }
+    }
+
+    template <typename Function>
+    bool Bind(Function& function, const char* name, std::string& missing) {
+        function = detail::FindFunction<Function>(m_module.get(), name);
+        if (function == nullptr) {
+            missing = name;
+        }
+        return function != nullptr;
+    }
+
+    detail::Module m_module;
+    std::string m_error;
+    decltype(&QbSupportGetInfo) m_getInfo = nullptr;
+    decltype(&QbSupportReleaseBuffer) m_releaseBuffer = nullptr;
+};
+
+}  // namespace qbsupport
+
+#endif
