@@ -38,8 +38,8 @@ internal static class Report {
             // Without the heading, the lines would seem to belong to the section above.
             return null;
         }
-        foreach (var (lineKind, lineArgument) in lines) {
-            text += Section(lineKind, lineArgument, Indent);
+        foreach ((int, string) line in lines) {
+            text += Section(line.Item1, line.Item2, Indent);
         }
         return text + "\r\n";
     }

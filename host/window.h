@@ -1,0 +1,19 @@
+/* The numbers of the window's resources. */
+#ifndef QBREPORT_WINDOW_H
+#define QBREPORT_WINDOW_H
+
+#define WINDOW_DIALOG 100
+#define WINDOW_KEYS 101
+
+#define WINDOW_TEXT 200
+#define WINDOW_PROGRESS 201
+#define WINDOW_STATUS 202
+#define WINDOW_SAVE 203
+#define WINDOW_COPY 204
+#define WINDOW_COPY_SELECTION 205
+#define WINDOW_SELECT_ALL 206
+#define WINDOW_FIND 207
+#define WINDOW_FIND_NEXT 208
+#define WINDOW_FIND_PREVIOUS 209
+
+#endif
