@@ -7,6 +7,7 @@
 #include <psapi.h>
 
 #include <algorithm>
+#include <clocale>
 #include <cmath>
 #include <fstream>
 #include <sstream>
@@ -128,6 +129,9 @@ void DirectoriesAndEnvironment() {
     Check(Line(directories, 3).starts_with("Exe:         [" + program + "] ("), directories);
     CheckEqual(Lines(directories).size(), 6);
     CheckEqual(Section(QbSupportAppDirectory, "C:\\no\\such"), "App:         [C:/no/such] (N/A)\n");
+    // What a host tells its run-time library, the library's own tells as well.
+    std::setlocale(LC_NUMERIC, "German_Germany");
+    Check(Line(Section(QbSupportLocale), 3).find("[German_Germany") != std::string::npos, "locale");
     _putenv("QB_ROOT_PATH=C:\\some where");
     const std::string value = "] = [C:\\some where]\n";
     const std::string application = Section(QbSupportApplication);
