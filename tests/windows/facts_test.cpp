@@ -38,12 +38,6 @@ std::vector<std::string> Lines(const std::string& text) {
     return lines;
 }
 
-// One of the lines, or nothing.
-std::string Line(const std::string& text, std::size_t number) {
-    const std::vector<std::string> lines = Lines(text);
-    return number < lines.size() ? lines[number] : "nothing";
-}
-
 std::string ProgramPath() {
     char path[MAX_PATH] = {};
     GetModuleFileNameA(nullptr, path, MAX_PATH);
@@ -53,13 +47,10 @@ std::string ProgramPath() {
 // The Operating System section as another program shows it.
 std::string OperatingSystemIn(const std::string& program) {
     const std::string command = "\"\"" + program + "\" \"" + libraryPath + "\" 3\"";
-    std::string output;
-    if (FILE* const pipe = _popen(command.c_str(), "rb")) {
-        for (int character = std::fgetc(pipe); character != EOF; character = std::fgetc(pipe)) {
-            output += static_cast<char>(character);
-        }
-        Check(_pclose(pipe) == 0, command);
-    }
+    FILE* const pipe = _popen(command.c_str(), "rb");
+    char output[1000] = {};
+    std::fread(output, 1, sizeof(output) - 1, pipe);
+    Check(_pclose(pipe) == 0, command);
     return output;
 }
 
@@ -79,7 +70,7 @@ void CheckVersion(bool manifest, const std::string& version, const std::string& 
     RegDeleteKeyA(HKEY_CURRENT_USER, key.c_str());
     DeleteFileA(copy.c_str());
 
-    const std::string line = Line(text, 0);
+    const std::string line = Lines(text + '\n').at(0);
     Check(line.starts_with("Microsoft Windows " + name) && line.ends_with(name + ", 64-bit") &&
               text.find("\n" + number) != std::string::npos,
           version + ":\n" + text);
@@ -107,9 +98,9 @@ void UserHardwareMemoryAndDisplay() {
     const std::string user = Section(QbSupportUserName);
     Check(user.find("\\" + std::string(std::getenv("USERNAME")) + "]\n") != std::string::npos,
           user);
-    CheckEqual(Line(Section(QbSupportHardware), 3),
+    CheckEqual(Lines(Section(QbSupportHardware)).at(3),
                "Number of CPUs:    " + std::string(std::getenv("NUMBER_OF_PROCESSORS")));
-    std::string memory = Line(Section(QbSupportMemory), 0);
+    std::string memory = Lines(Section(QbSupportMemory)).at(0);
     Check(memory.starts_with("Physical:         ") && memory.ends_with(" KB\r"), memory);
     std::erase_if(memory, [](char letter) { return letter < '0' || letter > '9'; });
     std::ifstream file("Z:\\proc\\meminfo");  // what Linux tells about the machine below Wine
@@ -117,16 +108,16 @@ void UserHardwareMemoryAndDisplay() {
     if (std::string label; file >> label >> installed) {
         Check(std::abs(std::atof(memory.c_str()) - installed) <= 64, memory);
     }
-    CheckEqual(Lines(Section(QbSupportDisplay)).size(), 7U + GetSystemMetrics(SM_CMONITORS));
+    CheckEqual(Lines(Section(QbSupportDisplay)).size(), 7 + GetSystemMetrics(SM_CMONITORS));
 }
 
 void DirectoriesAndEnvironment() {
     const std::string windows = ForwardSlashes(std::getenv("windir"));
     const std::string program = ForwardSlashes(ProgramPath());
     const std::string directories = Section(QbSupportSystemDirectories);
-    CheckEqual(Line(directories, 0), "System:      [" + windows + "/system32] (DIR:RW)");
-    CheckEqual(Line(directories, 1), "Windows:     [" + windows + "] (DIR:RW)");
-    Check(Line(directories, 3).starts_with("Exe:         [" + program + "] ("), directories);
+    CheckEqual(Lines(directories).at(0), "System:      [" + windows + "/system32] (DIR:RW)");
+    CheckEqual(Lines(directories).at(1), "Windows:     [" + windows + "] (DIR:RW)");
+    Check(Lines(directories).at(3).starts_with("Exe:         [" + program + "] ("), directories);
     CheckEqual(Lines(directories).size(), 6);
     CheckEqual(Section(QbSupportAppDirectory, "C:\\no\\such"), "App:         [C:/no/such] (N/A)\n");
     // What a host tells its run-time library, the library's own tells as well.

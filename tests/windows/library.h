@@ -6,7 +6,6 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <source_location>
 #include <string>
 
 #include "kinds.h"
@@ -14,22 +13,21 @@
 inline int failedChecks = 0;
 
 // Says what does not hold, and goes on.
-inline void Check(bool holds, const std::string& what,
-                  const std::source_location& where = std::source_location::current()) {
+inline void Check(bool holds, const std::string& what, const char* file = __builtin_FILE(),
+                  int line = __builtin_LINE()) {
     if (!holds) {
-        std::printf("%s:%d: FAILED: %s\n", where.file_name(), static_cast<int>(where.line()),
-                    what.c_str());
+        std::printf("%s:%d: FAILED: %s\n", file, line, what.c_str());
         ++failedChecks;
     }
 }
 
 template <class Found, class Expected>
-void CheckEqual(const Found& found, const Expected& expected,
-                const std::source_location& where = std::source_location::current()) {
+void CheckEqual(const Found& found, const Expected& expected, const char* file = __builtin_FILE(),
+                int line = __builtin_LINE()) {
     if constexpr (std::is_arithmetic_v<Found>) {
-        CheckEqual(std::to_string(found), std::to_string(expected), where);
+        CheckEqual(std::to_string(found), std::to_string(expected), file, line);
     } else {
-        Check(found == expected, "found <" + found + ">, expected <" + expected + ">", where);
+        Check(found == expected, "found <" + found + ">, expected <" + expected + ">", file, line);
     }
 }
 
