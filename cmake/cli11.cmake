@@ -1,15 +1,11 @@
 # CLI11, which reads the command line: a package of headers, CLI11::CLI11.
-set(where "")
-if(CMAKE_CROSSCOMPILING)
-    set(where ONLY_CMAKE_FIND_ROOT_PATH)
-endif()
-find_package(CLI11 2.1 QUIET ${where})
+find_package(CLI11 2.1 QUIET ONLY_CMAKE_FIND_ROOT_PATH)
 if(CLI11_FOUND)
     return()
 endif()
 
-# The building system's headers do for a cross-build as well, but their folder must not become a
-# folder to include from: it also has that system's own headers.
+# A cross-build looks at the target system's files only. The building system's headers do as well,
+# but its folder must not become a folder to include from: it also has that system's own headers.
 find_path(QBSUPPORT_CLI11_DIR CLI/CLI.hpp NO_CMAKE_FIND_ROOT_PATH DOC "The folder that has CLI/CLI.hpp")
 if(NOT CMAKE_CROSSCOMPILING OR NOT QBSUPPORT_CLI11_DIR)
     message(FATAL_ERROR "CLI11 is missing (Debian: libcli11-dev, vcpkg: cli11)")

@@ -50,10 +50,11 @@ def emulator(settings):
 def public_headers(settings, scratch, compiler):
     """The headers compile alone, twice in a row, under strict rules."""
     need(compiler)
-    for case in ("c c11 h", "c++ c++17 h", "c++ c++17 hpp", "c++ c++20 hpp"):
-        language, standard, suffix = case.split()
+    for case in ("c c11 qbsupport.h", "c++ c++17 qbsupport.h", "c++ c++17 qbsupport.hpp",
+                 "c++ c++17 loader.hpp", "c++ c++20 loader.hpp"):
+        language, standard, header = case.split()
         strict = ("-pedantic", "-Wall", "-Wextra", "-Wconversion", "-Wshadow", "-Werror")
-        include = f"#include <qbsupport/qbsupport.{suffix}>\n".encode()
+        include = f"#include <qbsupport/{header}>\n".encode()
         command = (compiler, "-x", language, f"-std={standard}", "-c", "-", "-o", scratch / "h.o")
         run(*command, *strict, f"-I{settings.source}/include", input=include * 2)
 
