@@ -12,7 +12,7 @@ set(CMAKE_CXX_COMPILER_TARGET x86_64-w64-mingw32)
 set(CMAKE_C_FLAGS_INIT "-B${gcc_folder}")
 set(CMAKE_CXX_FLAGS_INIT "-B${gcc_folder} -stdlib++-isystem${gcc_folder}/include/c++ \
 -stdlib++-isystem${gcc_folder}/include/c++/x86_64-w64-mingw32")
-set(CMAKE_EXE_LINKER_FLAGS_INIT "-L${gcc_folder} -pthread")
+set(CMAKE_EXE_LINKER_FLAGS_INIT "-L${gcc_folder} -pthread -Wno-unused-command-line-argument")
 set(CMAKE_SHARED_LINKER_FLAGS_INIT "-L${gcc_folder}")
 set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
 # The tests read what this one prints.
