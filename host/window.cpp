@@ -2,6 +2,8 @@
 #include "window.h"
 
 #include <algorithm>
+#include <cwchar>
+#include <iterator>
 #include <memory>
 #include <new>
 #include <string>
@@ -17,8 +19,9 @@
 
 namespace {
 
-constexpr UINT kProgressMessage = WM_APP;  // the step, the number of steps
-constexpr UINT kDoneMessage = WM_APP + 1;  // a Result, which the receiver owns
+constexpr UINT kProgressMessage = WM_APP;    // the step, the number of steps
+constexpr UINT kDoneMessage = WM_APP + 1;    // a Result, which the receiver owns
+constexpr UINT kScaledMessage = WM_APP + 2;  // Windows has scaled the controls
 
 // What the worker thread hands over.
 struct Result {
@@ -26,7 +29,21 @@ struct Result {
     std::string problem;  // why there is no report
 };
 
-std::unique_ptr<Result> Compose(HWND window) {
+// The program has one window. All of this is the user interface thread's.
+HWND window = nullptr;
+HFONT textFont = nullptr;
+std::string savedText;       // the report's own bytes
+std::wstring displayedText;  // the same as the text control has it
+HWND findDialog = nullptr;
+UINT findMessage = 0;
+wchar_t wantedText[128] = L"";
+FINDREPLACEW find = {};
+
+HWND Control(int number) {
+    return GetDlgItem(window, number);
+}
+
+std::unique_ptr<Result> Compose(HWND receiver) {
     auto result = std::make_unique<Result>();
     const qbsupport::Library library = LoadLibraryBesideExecutable();
     if (!library.IsLoaded()) {
@@ -34,24 +51,22 @@ std::unique_ptr<Result> Compose(HWND window) {
         return result;
     }
     qbsupport::ReportOptions options = ForLibrary(DefaultReportOptions());
-    options.progress = [window](std::size_t step, std::size_t count, const char*) {
-        PostMessageW(window, kProgressMessage, step, static_cast<LPARAM>(count));
+    options.progress = [receiver](std::size_t step, std::size_t count, const char*) {
+        PostMessageW(receiver, kProgressMessage, step, static_cast<LPARAM>(count));
     };
     result->report = library.WholeReport(options);
     return result;
 }
 
-DWORD WINAPI ComposeOnThread(void* window) {
+DWORD WINAPI ComposeOnThread(void* context) {
+    const HWND receiver = static_cast<HWND>(context);
     std::unique_ptr<Result> result;
     try {
-        result = Compose(static_cast<HWND>(window));
-    } catch (const std::bad_alloc&) {
-        result.reset();
+        result = Compose(receiver);
+    } catch (const std::bad_alloc&) {  // then there is no result
     }
-    Result* const handedOver = result.release();
-    if (!PostMessageW(static_cast<HWND>(window), kDoneMessage, 0,
-                      reinterpret_cast<LPARAM>(handedOver))) {
-        delete handedOver;
+    if (PostMessageW(receiver, kDoneMessage, 0, reinterpret_cast<LPARAM>(result.get()))) {
+        static_cast<void>(result.release());
     }
     return 0;
 }
@@ -60,88 +75,35 @@ DWORD WINAPI ComposeOnThread(void* window) {
 std::wstring DisplayedText(const std::string& report) {
     std::string text;
     for (const char character : report) {
-        if (character == '\n') {
-            text += '\r';
-        }
-        if (character != '\r') {
-            text += character;
-        }
+        const bool isLoneLineEnd = character == '\n' && !text.ends_with('\r');
+        text += isLoneLineEnd ? "\r\n" : std::string(1, character);
     }
     return Widen(CP_ACP, text);
 }
 
-class Window {
-public:
-    int Run(HINSTANCE program, int showCommand);
-
-private:
-    static INT_PTR CALLBACK Receive(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-    INT_PTR OnMessage(UINT message, WPARAM wParam, LPARAM lParam);
-    void OnCommand(int command);
-    void OnDone(std::unique_ptr<Result> result);
-
-    [[nodiscard]] HWND Control(int number) const { return GetDlgItem(m_window, number); }
-    void Start();
-    void SetTextFont(int dotsPerInch);
-    void LayOut() const;
-    void ShowStatus(const std::string& text) const;
-    void Save();
-    void Copy(bool selectionOnly) const;
-    void OpenFindDialog();
-    void Find(bool down);
-
-    HWND m_window = nullptr;
-    HWND m_findDialog = nullptr;
-    UINT m_findMessage = RegisterWindowMessageW(FINDMSGSTRINGW);
-    FINDREPLACEW m_find = {};
-    wchar_t m_wanted[128] = L"";
-    HFONT m_textFont = nullptr;
-    std::string m_report;
-    std::wstring m_displayed;
-};
-
-int DotsPerInch(HWND window) {
-    using GetDpi = UINT(WINAPI*)(HWND);
-    const auto getDpi =
-        qbsupport::detail::FindFunction<GetDpi>(GetModuleHandleW(L"user32.dll"), "GetDpiForWindow");
-    if (getDpi != nullptr) {
-        return static_cast<int>(getDpi(window));
-    }
-    // Before Windows 10 1607.
-    const HDC context = GetDC(window);
-    const int dotsPerInch = GetDeviceCaps(context, LOGPIXELSY);
-    ReleaseDC(window, context);
-    return dotsPerInch;
+void ShowStatus(const std::string& text) {
+    SetWindowTextW(Control(WINDOW_STATUS), Widen(CP_UTF8, text).c_str());
 }
 
-void Window::Start() {
-    SetTextFont(DotsPerInch(m_window));
-    SendMessageW(Control(WINDOW_TEXT), EM_SETLIMITTEXT, 0, 0);
-    LayOut();
-    const HANDLE thread = CreateThread(nullptr, 0, ComposeOnThread, m_window, 0, nullptr);
-    if (thread == nullptr) {
-        OnDone(nullptr);
-    } else {
-        CloseHandle(thread);
-    }
-}
-
-void Window::SetTextFont(int dotsPerInch) {
-    constexpr int kPoints = 10;
-    const HFONT before = std::exchange(
-        m_textFont, CreateFontW(-MulDiv(kPoints, dotsPerInch, 72), 0, 0, 0, FW_NORMAL, FALSE, FALSE,
-                                FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS,
-                                CLEARTYPE_QUALITY, FIXED_PITCH | FF_MODERN, L"Consolas"));
-    SendMessageW(Control(WINDOW_TEXT), WM_SETFONT, reinterpret_cast<WPARAM>(m_textFont), TRUE);
+// As large as the buttons' font, which Windows scales where another screen has other dots per inch,
+// and a little more.
+void SetTextFont() {
+    LOGFONTW font = {};
+    const LRESULT buttonFont = SendMessageW(Control(IDCANCEL), WM_GETFONT, 0, 0);
+    GetObjectW(reinterpret_cast<HGDIOBJ>(buttonFont), sizeof(font), &font);
+    font.lfHeight = font.lfHeight * 5 / 4;
+    font.lfPitchAndFamily = FIXED_PITCH | FF_MODERN;
+    std::wcscpy(font.lfFaceName, L"Consolas");
+    const HFONT before = std::exchange(textFont, CreateFontIndirectW(&font));
+    SendMessageW(Control(WINDOW_TEXT), WM_SETFONT, reinterpret_cast<WPARAM>(textFont), TRUE);
     DeleteObject(before);
 }
 
-// The text above, a row with the status and the buttons below. Windows scales the buttons where
-// another screen has other dots per inch, and everything else follows from their size.
-void Window::LayOut() const {
+// The text above, a row with the status and the buttons below; all from the size of a button.
+void LayOut() {
     RECT area = {};
     RECT button = {};
-    GetClientRect(m_window, &area);
+    GetClientRect(window, &area);
     GetWindowRect(Control(IDCANCEL), &button);
     const int width = button.right - button.left;
     const int height = button.bottom - button.top;
@@ -158,20 +120,16 @@ void Window::LayOut() const {
     MoveWindow(Control(WINDOW_TEXT), 0, 0, area.right, (std::max)(top - gap, 0), TRUE);
 }
 
-void Window::ShowStatus(const std::string& text) const {
-    SetWindowTextW(Control(WINDOW_STATUS), Widen(CP_UTF8, text).c_str());
-}
-
-void Window::OnDone(std::unique_ptr<Result> result) {
+void ShowResult(std::unique_ptr<Result> result) {
     ShowWindow(Control(WINDOW_PROGRESS), SW_HIDE);
     ShowWindow(Control(WINDOW_STATUS), SW_SHOW);
     if (result == nullptr || !result->problem.empty()) {
         ShowStatus("No report: " + (result == nullptr ? "out of memory" : result->problem));
         return;
     }
-    m_report = std::move(result->report.text);
-    m_displayed = DisplayedText(m_report);
-    SetWindowTextW(Control(WINDOW_TEXT), m_displayed.c_str());
+    savedText = std::move(result->report.text);
+    displayedText = DisplayedText(savedText);
+    SetWindowTextW(Control(WINDOW_TEXT), displayedText.c_str());
     std::string status;
     for (const qbsupport::FailedSection& failed : result->report.failed) {
         status += (status.empty() ? "" : "; ") + FailureText(failed);
@@ -181,15 +139,26 @@ void Window::OnDone(std::unique_ptr<Result> result) {
     EnableWindow(Control(WINDOW_COPY), TRUE);
 }
 
-void Window::Save() {
-    if (!IsWindowEnabled(Control(WINDOW_SAVE))) {
+void Start() {
+    SetTextFont();
+    LayOut();
+    const HANDLE thread = CreateThread(nullptr, 0, ComposeOnThread, window, 0, nullptr);
+    if (thread == nullptr) {
+        ShowResult(nullptr);
         return;
+    }
+    CloseHandle(thread);
+}
+
+void Save() {
+    if (!IsWindowEnabled(Control(WINDOW_SAVE))) {
+        return;  // Ctrl+S does not ask the button
     }
     std::wstring path = Widen(CP_UTF8, NewReportPath());
     path.resize(32768);
     OPENFILENAMEW dialog = {};
     dialog.lStructSize = sizeof(dialog);
-    dialog.hwndOwner = m_window;
+    dialog.hwndOwner = window;
     dialog.lpstrFilter = L"Text files (*.txt)\0*.txt\0All files\0*.*\0";
     dialog.lpstrDefExt = L"txt";
     dialog.lpstrFile = path.data();
@@ -200,124 +169,136 @@ void Window::Save() {
         return;
     }
     const std::string target = Narrow(CP_UTF8, path.c_str());
-    const std::string problem = SaveReport(m_report, target);
+    const std::string problem = SaveReport(savedText, target);
     if (problem.empty()) {
         ShowStatus("Saved in " + FullPath(target));
         return;
     }
     const std::string message = "Cannot save the report in " + target + ": " + problem;
     ShowStatus(message);
-    MessageBoxW(m_window, Widen(CP_UTF8, message).c_str(), L"Support report", MB_ICONERROR);
+    MessageBoxW(window, Widen(CP_UTF8, message).c_str(), L"Support report", MB_ICONERROR);
 }
 
-void Window::Copy(bool selectionOnly) const {
+std::pair<DWORD, DWORD> Selection() {
     DWORD start = 0;
     DWORD end = 0;
     SendMessageW(Control(WINDOW_TEXT), EM_GETSEL, reinterpret_cast<WPARAM>(&start),
                  reinterpret_cast<LPARAM>(&end));
+    return {start, end};
+}
+
+void Select(std::size_t start, std::size_t length) {
+    SendMessageW(Control(WINDOW_TEXT), EM_SETSEL, start, static_cast<LPARAM>(start + length));
+    SendMessageW(Control(WINDOW_TEXT), EM_SCROLLCARET, 0, 0);
+}
+
+// Without a selection it is the whole text, which then shows that it was copied.
+void Copy(bool selectionOnly) {
+    const auto [start, end] = Selection();
     if (!selectionOnly || start == end) {
-        SendMessageW(Control(WINDOW_TEXT), EM_SETSEL, 0, -1);
+        Select(0, displayedText.size());
     }
     SendMessageW(Control(WINDOW_TEXT), WM_COPY, 0, 0);
 }
 
-void Window::OpenFindDialog() {
-    if (m_findDialog != nullptr) {
-        SetFocus(m_findDialog);
+void OpenFindDialog() {
+    if (findDialog != nullptr) {
+        SetFocus(findDialog);
         return;
     }
-    m_find.lStructSize = sizeof(m_find);
-    m_find.hwndOwner = m_window;
-    m_find.lpstrFindWhat = m_wanted;
-    m_find.wFindWhatLen = static_cast<WORD>(std::size(m_wanted));
-    m_find.Flags = FR_DOWN | FR_HIDEWHOLEWORD;
-    m_findDialog = FindTextW(&m_find);
+    find.lStructSize = sizeof(find);
+    find.hwndOwner = window;
+    find.lpstrFindWhat = wantedText;
+    find.wFindWhatLen = static_cast<WORD>(std::size(wantedText));
+    find.Flags = FR_DOWN | FR_HIDEWHOLEWORD;
+    findDialog = FindTextW(&find);
 }
 
-void Window::Find(bool down) {
-    if (*m_wanted == L'\0') {
+void Find(bool down) {
+    if (*wantedText == L'\0') {
         OpenFindDialog();
         return;
     }
-    std::wstring text = m_displayed;
-    std::wstring wanted = m_wanted;
-    if ((m_find.Flags & FR_MATCHCASE) == 0) {
+    std::wstring text = displayedText;
+    std::wstring wanted = wantedText;
+    if ((find.Flags & FR_MATCHCASE) == 0) {
         CharLowerBuffW(text.data(), static_cast<DWORD>(text.size()));
         CharLowerBuffW(wanted.data(), static_cast<DWORD>(wanted.size()));
     }
-    DWORD start = 0;
-    DWORD end = 0;
-    SendMessageW(Control(WINDOW_TEXT), EM_GETSEL, reinterpret_cast<WPARAM>(&start),
-                 reinterpret_cast<LPARAM>(&end));
+    const auto [start, end] = Selection();
     std::size_t found = std::wstring::npos;
     if (down) {
         found = text.find(wanted, end);
     } else if (start > 0) {
         found = text.rfind(wanted, start - 1);
     }
-    if (found == std::wstring::npos) {
-        // On from the other end.
+    if (found == std::wstring::npos) {  // on from the other end
         found = down ? text.find(wanted) : text.rfind(wanted);
     }
-    if (found == std::wstring::npos) {
-        ShowStatus("Not found: " + Narrow(CP_UTF8, m_wanted));
+    if (found != std::wstring::npos) {
+        Select(found, wanted.size());
+    } else {
+        ShowStatus("Not found: " + Narrow(CP_UTF8, wantedText));
         MessageBeep(MB_ICONWARNING);
-        return;
     }
-    SendMessageW(Control(WINDOW_TEXT), EM_SETSEL, found,
-                 static_cast<LPARAM>(found + wanted.size()));
-    SendMessageW(Control(WINDOW_TEXT), EM_SCROLLCARET, 0, 0);
 }
 
-void Window::OnCommand(int command) {
+void RunCommand(int command) {
     switch (command) {
         case WINDOW_SAVE:
             return Save();
         case WINDOW_COPY:
-            return Copy(false);
         case WINDOW_COPY_SELECTION:
-            return Copy(true);
+            return Copy(command == WINDOW_COPY_SELECTION);
         case WINDOW_SELECT_ALL:
-            SendMessageW(Control(WINDOW_TEXT), EM_SETSEL, 0, -1);
-            return;
+            return Select(0, displayedText.size());
         case WINDOW_FIND:
             return OpenFindDialog();
         case WINDOW_FIND_NEXT:
         case WINDOW_FIND_PREVIOUS:
             return Find(command == WINDOW_FIND_NEXT);
         case IDCANCEL:
-            DestroyWindow(m_window);
+            DestroyWindow(window);
             return;
         default:
             return;
     }
 }
 
-INT_PTR Window::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message == m_findMessage) {
-        if ((m_find.Flags & FR_DIALOGTERM) != 0) {
-            m_findDialog = nullptr;
+INT_PTR CALLBACK Receive(HWND receiver, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == findMessage) {
+        if ((find.Flags & FR_DIALOGTERM) != 0) {
+            findDialog = nullptr;
         } else {
-            Find((m_find.Flags & FR_DOWN) != 0);
+            Find((find.Flags & FR_DOWN) != 0);
         }
         return TRUE;
     }
     switch (message) {
+        case WM_INITDIALOG:
+            window = receiver;
+            Start();
+            return TRUE;
+        case WM_DPICHANGED:
+            // After the dialog's own answer to it, which scales the controls.
+            PostMessageW(window, kScaledMessage, 0, 0);
+            return FALSE;
+        case kScaledMessage:
+            SetTextFont();
+            LayOut();
+            return TRUE;
         case WM_SIZE:
             LayOut();
             return TRUE;
-        case WM_DPICHANGED:
-            SetTextFont(LOWORD(wParam));
-            return FALSE;
         case WM_COMMAND:
-            OnCommand(LOWORD(wParam));
+            RunCommand(LOWORD(wParam));
             return TRUE;
         case kProgressMessage:
             SendMessageW(Control(WINDOW_PROGRESS), PBM_SETRANGE32, 0, lParam);
             SendMessageW(Control(WINDOW_PROGRESS), PBM_SETPOS, wParam, 0);
             return TRUE;
         case kDoneMessage:
-            OnDone(std::unique_ptr<Result>(reinterpret_cast<Result*>(lParam)));
+            ShowResult(std::unique_ptr<Result>(reinterpret_cast<Result*>(lParam)));
             return TRUE;
         case WM_DESTROY:
             PostQuitMessage(0);
@@ -327,36 +308,6 @@ INT_PTR Window::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     }
 }
 
-INT_PTR CALLBACK Window::Receive(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message == WM_INITDIALOG) {
-        SetWindowLongPtrW(window, GWLP_USERDATA, lParam);
-        auto* const self = reinterpret_cast<Window*>(lParam);
-        self->m_window = window;
-        self->Start();
-        return TRUE;
-    }
-    auto* const self = reinterpret_cast<Window*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-    return self != nullptr ? self->OnMessage(message, wParam, lParam) : FALSE;
-}
-
-int Window::Run(HINSTANCE program, int showCommand) {
-    const HACCEL keys = LoadAcceleratorsW(program, MAKEINTRESOURCEW(WINDOW_KEYS));
-    CreateDialogParamW(program, MAKEINTRESOURCEW(WINDOW_DIALOG), nullptr, Receive,
-                       reinterpret_cast<LPARAM>(this));
-    ShowWindow(m_window, showCommand);
-    MSG message = {};
-    while (GetMessageW(&message, nullptr, 0, 0) > 0) {
-        if ((m_findDialog != nullptr && IsDialogMessageW(m_findDialog, &message)) ||
-            TranslateAcceleratorW(m_window, keys, &message) ||
-            IsDialogMessageW(m_window, &message)) {
-            continue;
-        }
-        TranslateMessage(&message);
-        DispatchMessageW(&message);
-    }
-    return 0;
-}
-
 }  // namespace
 
 int WINAPI wWinMain(HINSTANCE program, HINSTANCE /*before*/, wchar_t* /*arguments*/,
@@ -364,5 +315,17 @@ int WINAPI wWinMain(HINSTANCE program, HINSTANCE /*before*/, wchar_t* /*argument
     PrepareProcess();
     const INITCOMMONCONTROLSEX controls = {sizeof(controls), ICC_PROGRESS_CLASS};
     InitCommonControlsEx(&controls);
-    return Window().Run(program, showCommand);
+    findMessage = RegisterWindowMessageW(FINDMSGSTRINGW);
+    const HACCEL keys = LoadAcceleratorsW(program, MAKEINTRESOURCEW(WINDOW_KEYS));
+    CreateDialogParamW(program, MAKEINTRESOURCEW(WINDOW_DIALOG), nullptr, Receive, 0);
+    ShowWindow(window, showCommand);
+    MSG message = {};
+    while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+        if (!IsDialogMessageW(findDialog, &message) &&
+            !TranslateAcceleratorW(window, keys, &message) && !IsDialogMessageW(window, &message)) {
+            TranslateMessage(&message);
+            DispatchMessageW(&message);
+        }
+    }
+    return 0;
 }
