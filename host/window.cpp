@@ -39,6 +39,13 @@ UINT findMessage = 0;
 wchar_t wantedText[128] = L"";
 FINDREPLACEW find = {};
 
+// Windows' own libraries are loaded when PrepareProcess has said where from: on the program's list
+// of imports, some would load others from the program's directory before that.
+template <typename Function>
+Function SystemFunction(const wchar_t* library, const char* name) {
+    return qbsupport::detail::FindFunction<Function>(LoadLibraryW(library), name);
+}
+
 HWND Control(int number) {
     return GetDlgItem(window, number);
 }
@@ -165,7 +172,9 @@ void Save() {
     dialog.nMaxFile = static_cast<DWORD>(path.size());
     dialog.Flags = OFN_OVERWRITEPROMPT | OFN_HIDEREADONLY | OFN_NOCHANGEDIR | OFN_PATHMUSTEXIST |
                    OFN_DONTADDTORECENT;
-    if (!GetSaveFileNameW(&dialog)) {
+    const auto askForName =
+        SystemFunction<decltype(&GetSaveFileNameW)>(L"comdlg32.dll", "GetSaveFileNameW");
+    if (askForName == nullptr || !askForName(&dialog)) {
         return;
     }
     const std::string target = Narrow(CP_UTF8, path.c_str());
@@ -211,7 +220,8 @@ void OpenFindDialog() {
     find.lpstrFindWhat = wantedText;
     find.wFindWhatLen = static_cast<WORD>(std::size(wantedText));
     find.Flags = FR_DOWN | FR_HIDEWHOLEWORD;
-    findDialog = FindTextW(&find);
+    const auto openDialog = SystemFunction<decltype(&FindTextW)>(L"comdlg32.dll", "FindTextW");
+    findDialog = openDialog != nullptr ? openDialog(&find) : nullptr;
 }
 
 void Find(bool down) {
@@ -314,7 +324,11 @@ int WINAPI wWinMain(HINSTANCE program, HINSTANCE /*before*/, wchar_t* /*argument
                     int showCommand) {
     PrepareProcess();
     const INITCOMMONCONTROLSEX controls = {sizeof(controls), ICC_PROGRESS_CLASS};
-    InitCommonControlsEx(&controls);
+    const auto initialize =
+        SystemFunction<decltype(&InitCommonControlsEx)>(L"comctl32.dll", "InitCommonControlsEx");
+    if (initialize != nullptr) {
+        initialize(&controls);
+    }
     findMessage = RegisterWindowMessageW(FINDMSGSTRINGW);
     const HACCEL keys = LoadAcceleratorsW(program, MAKEINTRESOURCEW(WINDOW_KEYS));
     CreateDialogParamW(program, MAKEINTRESOURCEW(WINDOW_DIALOG), nullptr, Receive, 0);

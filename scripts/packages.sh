@@ -18,6 +18,7 @@ windows  wine                            wine64           the 64-bit half, not o
 native   g++                             g++              builds on the stand-in for Windows
 native   /usr/share/mingw-w64/include/windows.h  mingw-w64-common  the declarations of Windows
 test     /usr/include/gtest/gtest.h      libgtest-dev     the test framework
+test     Xvfb                            xvfb             a screen for qbreportw
 test     python3                         python3          tests of the files and the programs
 clang    clang++                         clang            builds with sanitizers
 clang    /usr/lib/llvm-*/lib/clang/*/lib/linux/libclang_rt.asan-*.a  libclang-rt-dev  sanitizers

@@ -1,14 +1,17 @@
 #!/usr/bin/env python3
 """qbreport as users call it: qbreport_test.py <its directory> <another library> <slow disk>."""
 
+import fcntl
 import os
 import pathlib
 import re
 import shutil
 import signal
+import struct
 import subprocess
 import sys
 import tempfile
+import termios
 import time
 import unittest
 
@@ -122,6 +125,39 @@ class CommandLine(unittest.TestCase):
                        stderr=terminal, check=True)
         self.assertEqual(os.read(ours, 1000), b"\rqbreport: 1/2 banner\rqbreport: 2/2 uname \r" +
                          b" " * 19 + b"\r")
+
+
+@unittest.skipUnless(ON_WINDOWS, "the console is Windows'")
+class OnConsole(unittest.TestCase):
+    def on_console(self, *arguments, key=b""):
+        ours, terminal = os.openpty()
+        fcntl.ioctl(terminal, termios.TIOCSWINSZ, struct.pack("HHHH", 50, 500, 0, 0))
+        process = subprocess.Popen(["wine", PRODUCT / PROGRAM, *arguments], stdin=terminal,
+                                   stdout=terminal, stderr=terminal, env=ENVIRONMENT,
+                                   start_new_session=True)
+        os.close(terminal)
+        shown = b""
+        try:
+            while part := os.read(ours, 10000):
+                shown += part
+                if key and b"press a key" in shown:
+                    self.assertIsNone(process.poll())
+                    os.write(ours, key)
+        except OSError:
+            pass  # the end
+        self.assertEqual(process.wait(120), 0, shown)
+        return shown.decode()
+
+    def test_report_in_characters(self):
+        self.assertIn("[\u0438\u043c\u044f_\u65e5] = Not set!",
+                      self.on_console("-s", "15", "-e", "\u0438\u043c\u044f_\u65e5"))
+
+    def test_double_click_saves_among_the_documents(self):
+        shown = self.on_console(key=b"x")
+        path = re.search(r"report saved in C:\\(.*\\Support report [-0-9. ]+\.txt)", shown)[1]
+        saved = pathlib.Path(os.environ["WINEPREFIX"], "drive_c", *path.split("\\"))
+        self.assertTrue(saved.read_bytes().startswith(b"=" * 72 + b"\r\n"))
+        saved.unlink()
 
 
 class Files(unittest.TestCase):

@@ -132,7 +132,8 @@ int main(int argumentCount, char** arguments) {
 
     SetForegroundWindow(window);
     Press('A', true);
-    WaitFor("Ctrl+A", [&] { return isSelected(0, displayed.size()); });
+    const LRESULT length = SendMessageW(text, WM_GETTEXTLENGTH, 0, 0);
+    WaitFor("Ctrl+A", [&] { return isSelected(0, static_cast<std::size_t>(length)); });
     Press(VK_F3, false);
     WaitFor("F3", [&] { return isSelected(found, found + 7); });
 
