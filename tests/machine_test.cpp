@@ -36,12 +36,9 @@ TEST_F(MachineTest, Display) {
                           {{-1280, 56, 0, 1080}},
                           {{1, 2, 3, 4}, true, false},
                           {{INT_MIN, INT_MAX, INT_MAX, INT_MIN}}};
-    m_machine.monitors.resize(10, {{-1234567, 0, 1234567, 7}});
     m_machine.systemMetrics = {{SM_CXVIRTUALSCREEN, 3200}, {SM_CYVIRTUALSCREEN, 1080}};
     m_machine.deviceCaps = {{LOGPIXELSX, -100}, {LOGPIXELSY, 120}};
-    const std::string text = GetInfo(QbSupportDisplay, 7, "an argument").value_or("");
-    const std::size_t last = text.find("   Monitor   5");
-    EXPECT_EQ(text.substr(0, last),
+    EXPECT_EQ(GetInfo(QbSupportDisplay, 7, "an argument"),
               "Display\r\n-------\r\n"
               "            ID   Left    Top  Right Bottom  Width Height Position\r\n"
               "           --- ------ ------ ------ ------ ------ ------ --------\r\n"
@@ -49,9 +46,7 @@ TEST_F(MachineTest, Display) {
               "   Monitor   1      0      0   1920   1080   1920   1080  Primary\r\n"
               "   Monitor   2  -1280     56      0   1080   1280   1024  \r\n"
               "   Monitor   3      0      0      0      0      0      0  \r\n"
-              "   Monitor   4 -2147483648 2147483647 2147483647 -2147483648     -1      1  \r\n");
-    EXPECT_EQ(text.substr(text.find("Monitor  10", last)),
-              "Monitor  10 -1234567      0 1234567      7 2469134      7  \r\n"
+              "   Monitor   4 -2147483648 2147483647 2147483647 -2147483648     -1      1  \r\n"
               "   Pixels Per Inch: -100 (-104%)\r\n   Pixels Per Inch y: 120\r\n"
               "   Pixels Per Inch x: -100\r\n\r\n\r\n");
 }
