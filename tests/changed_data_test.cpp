@@ -148,6 +148,7 @@ std::vector<Row> Rows() {
         {"grows", 17, Before("GetFileVersionInfoA", 1, Version(x(9000))),
          "  [No version info!]\r\n"},
         {"shrinks", 17, Before("GetFileVersionInfoA", 1, Version("9")), "viewer.exe  [9]\r\n"},
+        {"a megabyte", 17, Change(), megabyte + "  [Modul", megabyte},
         {"extremes", 20, Set(&Machine::deviceCaps, {{LOGPIXELSX, INT_MIN}}), "x: -2147483648\r\n"},
     };
 }

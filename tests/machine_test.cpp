@@ -117,6 +117,8 @@ TEST_F(MachineTest, ModulesOfTheHostAndOfAnotherProcess) {
     for (const char* const unknown : {"Explorer.exe", "explorer", "explorer.exe "}) {
         EXPECT_EQ(GetInfo(QbSupportModules, 7, unknown), std::nullopt) << unknown;
     }
+    EXPECT_EQ(GetInfo(QbSupportModule, 7, "C:\\a.dll"),
+              "   C:\\a.dll  [Modul or version info not found!]\r\n");
 }
 
 }  // namespace

@@ -147,16 +147,20 @@ TEST_F(OsTest, RegistryValues) {
         {{REG_DWORD, "12345678"}, {}, kNone},
         {{REG_BINARY, "abcd"}, {}, kNone},
     };
+    const char* const key = qb_support::kCurrentVersionKey;
+    CText text;
+    std::uint32_t actual = 1;
     for (const auto& [value, string, number] : rows) {
         Values()["value"] = value;
-        CText text("stale");
-        std::uint32_t actual = 1;
-        const char* const key = qb_support::kCurrentVersionKey;
+        text << "stale";
         EXPECT_EQ(qb_support::ReadRegistryString(key, "value", text), string.has_value());
         EXPECT_EQ(text.View(), string.value_or("")) << value.type;
         EXPECT_EQ(qb_support::ReadRegistryDword(key, "value", actual), number != kNone);
         EXPECT_EQ(actual, number) << value.type;
     }
+    m_machine.localMachine.clear();
+    EXPECT_FALSE(qb_support::ReadRegistryString(key, "value", text));
+    EXPECT_FALSE(qb_support::ReadRegistryDword(key, "value", actual));
 }
 
 // The version, and how many questions it takes to find it or nothing. The last six are not in the
