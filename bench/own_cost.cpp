@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <ctime>
+#include <iostream>
 #include <vector>
 
 #include "bench.h"
@@ -13,11 +14,12 @@
 // The library's allocations: by the linker's --wrap its malloc comes here first.
 static unsigned int allocations = 0;
 
-extern "C" void* __real_malloc(std::size_t size);
+void* RealMalloc(std::size_t size) __asm__("__real_malloc");
+void* CountingMalloc(std::size_t size) __asm__("__wrap_malloc");
 
-extern "C" void* __wrap_malloc(std::size_t size) {
+void* CountingMalloc(std::size_t size) {
     ++allocations;
-    return __real_malloc(size);
+    return RealMalloc(size);
 }
 
 // Processor time: a long list takes longer than other programs let us run undisturbed.
@@ -47,7 +49,7 @@ void CheckFloor(const Section& section) {
     section.makePlatformCalls(section.argument);
     stand_in::beforeCall = nullptr;
     if (calls[0] != calls[1]) {
-        std::fprintf(stderr, "The floor of kind %d makes other calls\n", section.kind);
+        std::cerr << "The floor of kind " << section.kind << " makes other calls\n";
         std::exit(2);
     }
 }
