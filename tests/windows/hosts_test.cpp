@@ -5,9 +5,6 @@
 #include <xmmintrin.h>
 
 #include <algorithm>
-#include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <functional>
 #include <vector>
@@ -16,17 +13,10 @@
 
 namespace {
 
-using Texts = std::vector<std::string>;
-
-// With an argument that gives most kinds something to say.
-std::string Call(const Library& library, int kind) {
-    return library.Report(kind, 7, kind == QbSupportModules ? nullptr : "C:\\windows\\regedit.exe");
-}
-
-Texts CallAllKinds(const Library& library) {
-    Texts texts;
+std::vector<std::string> CallAllKinds(const Library& library) {
+    std::vector<std::string> texts;
     for (int kind = 1; kind <= kLastKind; ++kind) {
-        texts.push_back(Call(library, kind));
+        texts.push_back(library.Report(kind, 7, ArgumentFor(kind)));
         // Time and memory are others by the next call.
         if (kind == QbSupportDateTime || kind == QbSupportMemory) {
             texts.back() = texts.back() == "nothing" ? "nothing" : "something";
@@ -35,40 +25,26 @@ Texts CallAllKinds(const Library& library) {
     return texts;
 }
 
-// What unusual places run there.
-std::function<void()> task;
-
-DWORD WINAPI RunOnThread(void*) {
-    task();
-    return 0;
-}
-
-BOOL CALLBACK RunInEnumeration(HMONITOR, HDC, RECT*, LPARAM) {
-    task();
-    return FALSE;
-}
-
+std::function<void()> task;  // what the places run
 void* hostFiber;
 
-void WINAPI RunOnFiber(void*) {
-    task();
-    SwitchToFiber(hostFiber);
-}
-
 void OnThread() {
-    const HANDLE thread = CreateThread(nullptr, 64 * 1024, RunOnThread, nullptr,
-                                       STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr);
+    const auto run = [](void*) -> DWORD { return task(), 0; };
+    const HANDLE thread =
+        CreateThread(nullptr, 64 * 1024, run, nullptr, STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr);
     WaitForSingleObject(thread, INFINITE);
     CloseHandle(thread);
 }
 
 void InEnumeration() {
-    EnumDisplayMonitors(nullptr, nullptr, RunInEnumeration, 0);
+    const auto run = [](HMONITOR, HDC, RECT*, LPARAM) -> BOOL { return task(), FALSE; };
+    EnumDisplayMonitors(nullptr, nullptr, run, 0);
 }
 
 void OnFiber() {
+    const auto run = [](void*) { task(), SwitchToFiber(hostFiber); };
     hostFiber = ConvertThreadToFiber(nullptr);
-    void* const fiber = CreateFiber(64 * 1024, RunOnFiber, nullptr);
+    void* const fiber = CreateFiber(64 * 1024, run, nullptr);
     SwitchToFiber(fiber);
     DeleteFiber(fiber);
     ConvertFiberToThread();
@@ -91,65 +67,52 @@ void Impersonating() {
 
 void GivesTheSameEverywhere(const Library& library) {
     CallAllKinds(library);  // loads libraries, which the list of modules then shows
-    const Texts expected = CallAllKinds(library);
-    const std::pair<const char*, void (*)()> places[] = {
-        {"on a thread", OnThread},
-        {"in an enumeration of monitors", InEnumeration},
-        {"on a fiber", OnFiber},
-        {"with floating-point exceptions", WithFloatingPointExceptions},
-        {"impersonating", Impersonating},
-    };
-    for (const auto& [name, run] : places) {
-        Texts found;
+    const auto expected = CallAllKinds(library);
+    for (const auto place :
+         {OnThread, InEnumeration, OnFiber, WithFloatingPointExceptions, Impersonating}) {
+        std::vector<std::string> found;
         task = [&] { found = CallAllKinds(library); };
-        run();
-        Check(found.size() == expected.size(), std::string("nothing called ") + name);
+        place();
+        found.resize(expected.size());
         for (std::size_t i = 0; i < found.size(); ++i) {
-            Check(found[i] == expected[i],
-                  "kind " + std::to_string(i + 1) + ' ' + name + ": " + found[i]);
+            CheckEqual(found[i], expected[i]);
         }
     }
 }
 
-constexpr std::size_t kStackPainted = 128 * 1024;
-constexpr char kPaint = '\x5A';
+constexpr std::size_t kPainted = 128 * 1024;
 volatile std::uintptr_t paintedFrom;
 
 [[gnu::noinline]] void PaintStack() {
-    char stack[kStackPainted];
+    char stack[kPainted];
     paintedFrom = reinterpret_cast<std::uintptr_t>(stack);
-    std::memset(reinterpret_cast<char*>(paintedFrom), kPaint, sizeof(stack));
-}
-
-[[gnu::noinline]] std::size_t UsedStack() {
-    const auto* const stack = reinterpret_cast<const char*>(paintedFrom);
-    const char* const end = stack + kStackPainted;
-    return static_cast<std::size_t>(
-        end - std::find_if(stack, end, [](char byte) { return byte != kPaint; }));
+    std::memset(reinterpret_cast<char*>(paintedFrom), 'p', kPainted);
 }
 
 // The platform's part included, which on other systems is another.
 void NeedsLittleStack(const Library& library) {
-    std::string uses;
+    std::printf("Tried: stack used by each kind:");
     for (int kind = 1; kind <= kLastKind; ++kind) {
         PaintStack();
-        Call(library, kind);
-        const std::size_t use = UsedStack();
-        uses += ' ' + std::to_string(use);
-        Check(use < 48 * 1024, "kind " + std::to_string(kind) + " needs much stack");
+        library.Report(kind, 7, ArgumentFor(kind));
+        const auto* const stack = reinterpret_cast<const char*>(paintedFrom);
+        const auto* const deepest =
+            std::find_if(stack, stack + kPainted, [](char byte) { return byte != 'p'; });
+        const auto used = static_cast<int>(stack + kPainted - deepest);
+        std::printf(" %d", used);
+        Check(used < 48 * 1024, "much stack for kind " + std::to_string(kind));
     }
-    std::printf("Stack used by each kind:%s\n", uses.c_str());
+    std::printf("\n");
 }
 
 // In a process that speaks UTF-8 the digit separator does too, and not the locale's own code page.
 void SpeaksTheCodePageOfTheProcess(const Library& library) {
-    Check(GetACP() == CP_UTF8, "not a process that speaks UTF-8");
     wchar_t before[8] = {};
     GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_STHOUSAND, before, 8);
     SetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_STHOUSAND, L"\u00A0");
     const std::string text = library.Report(QbSupportMemory, 0);
     SetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_STHOUSAND, before);
-    Check(text.find("\u00A0") != std::string::npos, text);
+    Check(GetACP() == CP_UTF8 && text.find("\xC2\xA0") != std::string::npos, text);
 }
 
 // A process that has no modules yet cannot be listed.
@@ -160,7 +123,7 @@ void SpeaksTheCodePageOfTheProcess(const Library& library) {
     char command[] = "winver.exe";
     CreateProcessA(nullptr, command, nullptr, nullptr, FALSE, CREATE_SUSPENDED, nullptr, nullptr,
                    &startup, &child);
-    library.Report(QbSupportModules, 0, "winver.exe");
+    library.Report(QbSupportModules, 0, command);
     TerminateProcess(child.hProcess, 0);
     TerminateProcess(GetCurrentProcess(), 0);
     std::abort();

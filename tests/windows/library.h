@@ -31,6 +31,11 @@ void CheckEqual(const Found& found, const Expected& expected, const char* file =
     }
 }
 
+// An argument that gives most kinds' sections something to say.
+inline const char* ArgumentFor(int kind) {
+    return kind == QbSupportModules ? nullptr : "Software";
+}
+
 // The library file at a path, loaded as long as this lives.
 class Library {
 public:

@@ -33,24 +33,6 @@ Resources Used() {
     return {reinterpret_cast<std::size_t>(handle), counters.PagefileUsage, size};
 }
 
-// An argument that gives the kind's section something to say; null for kinds that take none.
-const char* ArgumentFor(int kind) {
-    switch (kind) {
-        case QbSupportAppDirectory:
-            return "C:\\windows\\system32";
-        case QbSupportRegistry:
-        case QbSupportUserAppKey:
-        case QbSupportMachineAppKey:
-            return "Software";
-        case QbSupportEnvironment:
-            return "PATH";
-        case QbSupportModule:
-            return "QBSUPPORT.dll";
-        default:
-            return nullptr;
-    }
-}
-
 // The list of modules reads many files and takes its turn more seldom.
 void CallAllKinds(const Library& library, int round) {
     for (int kind = 1; kind <= kLastKind; ++kind) {
