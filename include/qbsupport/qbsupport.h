@@ -81,7 +81,8 @@ enum QbSupportFlags {
  * @return 1 when a buffer was handed out; 0 when the kind is unknown, the section has nothing
  *         valid to report, or memory ran out
  */
-int QBSUPPORT_CALL QbSupportGetInfo(int kind, unsigned int flags, char** buffer, const char* argument);
+int QBSUPPORT_CALL QbSupportGetInfo(int kind, unsigned int flags, char** buffer,
+                                    const char* argument);
 
 /**
  * Frees a buffer that QbSupportGetInfo handed out. The host's own `free` must not be used: it may

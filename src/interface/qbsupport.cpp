@@ -25,7 +25,8 @@ bool HandOut(const CText& text, char** buffer) {
 
 }  // namespace
 
-int QBSUPPORT_CALL QbSupportGetInfo(int kind, unsigned int flags, char** buffer, const char* argument) {
+int QBSUPPORT_CALL QbSupportGetInfo(int kind, unsigned int flags, char** buffer,
+                                    const char* argument) {
     CQbSupportWindows collector;
     CText result;
     CText sectionArgument(argument != nullptr ? argument : "");

@@ -81,7 +81,8 @@ std::string_view Trimmed(std::string_view message) {
 }
 
 // Writes one line about the calling thread's last platform error, with the system's own text for
-// it, to the process's standard output, at once. To be called before anything else changes that error.
+// it, to the process's standard output, at once. To be called before anything else changes that
+// error.
 void PrintLastErrorWarning(const char* operation) {
     const DWORD error = GetLastError();
     char buffer[256] = {};
@@ -92,7 +93,7 @@ void PrintLastErrorWarning(const char* operation) {
     std::printf("\n  WARNING: %s failed with error %d (%s)", operation, static_cast<int>(error),
                 message.CStr());
     // A pipe would get it behind what the host prints later, or not at all from a host that dies.
-    std::fflush(stdout);
+    static_cast<void>(std::fflush(stdout));
 }
 
 void AppendModuleLine(CText& result, const CText& indent, const CText& file, const char* name) {

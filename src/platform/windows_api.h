@@ -14,8 +14,10 @@
 
 // Run-time functions whose behaviour differs between systems; these headers, not their C++
 // counterparts, promise them by their plain names.
+// NOLINTBEGIN(modernize-deprecated-headers)
 #include <locale.h>
 #include <stdlib.h>
 #include <time.h>
+// NOLINTEND(modernize-deprecated-headers)
 
 #endif
