@@ -122,7 +122,8 @@ void DirectoriesAndEnvironment() {
     CheckEqual(Section(QbSupportAppDirectory, "C:\\no\\such"), "App:         [C:/no/such] (N/A)\n");
     // What a host tells its run-time library, the library's own tells as well.
     std::setlocale(LC_NUMERIC, "German_Germany");
-    Check(Line(Section(QbSupportLocale), 3).find("[German_Germany") != std::string::npos, "locale");
+    const std::string locale = Section(QbSupportLocale);
+    Check(locale.find("[LC_NUMERIC]:      [German_Germany") != std::string::npos, locale);
     _putenv("QB_ROOT_PATH=C:\\some where");
     const std::string value = "] = [C:\\some where]\n";
     const std::string application = Section(QbSupportApplication);

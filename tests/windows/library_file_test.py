@@ -1,5 +1,5 @@
-"""Checks the library file itself, and what its sources may name. Arguments: objdump, the DLL, the
-source directory, the product version, the run-time library: msvcrt or ucrt."""
+"""Checks the library file itself. Arguments: objdump, the DLL, the product version, the run-time
+library: msvcrt or ucrt."""
 import os
 import pathlib
 import re
@@ -12,10 +12,6 @@ FORBIDDEN_IMPORTS = re.compile("abort|exit|terminate|assert|signal|raise|throw",
 LARGEST_SIZE = 44 * 1024
 WRITABLE = 0x80000000
 LOAD_LIBRARY_SEARCH_SYSTEM32 = 0x800
-WINDOWS_HEADERS = re.compile(r"#\s*include\s*<(windows|psapi|tlhelp32|win\w+)\.h>", re.IGNORECASE)
-FORBIDDEN_IN_LIBRARY = re.compile(
-    r"#\s*include\s*<(string|vector|map|set|list|deque|iostream|sstream|fstream|ostream|istream|"
-    r"locale|functional|stdexcept|exception|new|cassert)>|\b(throw|try|catch)\b|std::string\b")
 
 
 def file_problems(objdump, path, version, run_time):
@@ -77,22 +73,9 @@ def image_problems(content):
         yield "another subsystem version than 6.1"
 
 
-def source_problems(directory):
-    for path in sorted(directory.rglob("*.[ch]*")):
-        name = path.relative_to(directory).as_posix()
-        source = re.sub(r"//[^\n]*|/\*.*?\*/", "", path.read_text(), flags=re.DOTALL)
-        source = re.sub(r'"(\\.|[^"\\\n])*"', '""', source)
-        for found in FORBIDDEN_IN_LIBRARY.finditer(source):
-            yield f"{name}: {found.group(0)}"
-        if not name.startswith("platform/"):
-            for found in WINDOWS_HEADERS.finditer(source):
-                yield f"{name}: {found.group(0)}"
-
-
 def main():
-    objdump, library, sources, version, run_time = sys.argv[1:]
-    problems = [*file_problems(objdump, pathlib.Path(library), version, run_time),
-                *source_problems(pathlib.Path(sources))]
+    objdump, library, version, run_time = sys.argv[1:]
+    problems = [*file_problems(objdump, pathlib.Path(library), version, run_time)]
     for problem in problems:
         print(problem)
     sys.exit(1 if problems else 0)
