@@ -122,9 +122,9 @@ void LayOut() {
         MoveWindow(Control(number), left, top, width, height, TRUE);
     }
     for (const int number : {WINDOW_PROGRESS, WINDOW_STATUS}) {
-        MoveWindow(Control(number), gap, top, (std::max)(left - 2 * gap, 0), height, TRUE);
+        MoveWindow(Control(number), gap, top, std::max(left - 2 * gap, 0), height, TRUE);
     }
-    MoveWindow(Control(WINDOW_TEXT), 0, 0, area.right, (std::max)(top - gap, 0), TRUE);
+    MoveWindow(Control(WINDOW_TEXT), 0, 0, area.right, std::max(top - gap, 0), TRUE);
 }
 
 void ShowResult(std::unique_ptr<Result> result) {

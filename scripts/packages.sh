@@ -31,6 +31,8 @@ lint     yamllint                        yamllint         syntax of the build se
 example  mcs                             mono-mcs         compiles the C# and PowerShell examples
 example  mono                            mono-runtime     runs them
 example  pkg-config                      pkg-config       finds the library as a packager would
+screenshot  import                       imagemagick      takes the picture of qbreportw
+screenshot  /usr/share/wine/fonts/marlett.ttf  fonts-wine  the signs on the buttons of a window
 package  llvm-dlltool                    llvm             makes the import library for MSVC
 package  python3                         python3          writes the archives
 '

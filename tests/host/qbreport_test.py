@@ -23,6 +23,7 @@ PROGRAM, LIBRARY = ("qbreport.exe", "QBSUPPORT.dll") if ON_WINDOWS else ("qbrepo
 # one that crashes as they end says so on the program's standard error.
 ENVIRONMENT = {**os.environ, "LC_ALL": "C.UTF-8",
                "WINEDLLOVERRIDES": os.environ.get("WINEDLLOVERRIDES", "") + ";services.exe=d"}
+NAME = "\u043e\u0442\u0447\u0451\u0442 \u65e5\u672c.txt"
 TITLES = b"Date and Time|Operating System|Uname|User Name|Locale|Hardware|Memory:|System directories" \
     b"|Registry:|Application|Modules|Limits:|Display"
 
@@ -166,7 +167,7 @@ class Files(unittest.TestCase):
 
     def test_names_of_all_kinds(self):
         # The longest name that the file system of these tests takes has 255 bytes.
-        for name in ("\u043e\u0442\u0447\u0451\u0442 \u65e5\u672c.txt", "n" * 252, "\u00e9" * 126):
+        for name in (NAME, "n" * 252, "\u00e9" * 126):
             with self.subTest(name):
                 variable = "QB_" + name[:6]
                 result = run("-s", "environment", "-e", variable, "-o", name,
@@ -188,27 +189,27 @@ class Files(unittest.TestCase):
         self.assertRegex(result.stdout.decode(), r"App: +\[.*/\u0438\u043c\u044f \[\u65e5\] 100%\] \(")
 
     def test_saved_whole(self):
-        target = self.directory / "report.txt"
+        target = self.directory / NAME
         target.write_bytes(b"an older and much longer report" * 1000)
-        result = run("-s", "banner", "-o", "report.txt", directory=self.directory)
+        result = run("-s", "banner", "-o", NAME, directory=self.directory)
         self.assertEqual((result.returncode, result.stdout), (0, b""), result.stderr)
         self.assertEqual(target.stat().st_size, 816)
-        self.assertEqual(os.listdir(self.directory), ["report.txt"])
+        self.assertEqual(os.listdir(self.directory), [NAME])
 
     @unittest.skipIf(ON_WINDOWS, "the limit is this system's")
     def test_full_disk_leaves_the_old_file(self):
-        target = self.directory / "report.txt"
+        target = self.directory / NAME
         target.write_bytes(b"the old report")
         # Beyond the limit a write fails, as Python has its children ignore the signal.
         result = run("-o", target, limit=500)
         self.assertEqual((result.returncode, result.stdout), (1, b""))
         self.assertIn(b"cannot save the report", result.stderr)
         self.assertEqual(target.read_bytes(), b"the old report")
-        self.assertEqual(os.listdir(self.directory), ["report.txt"])
+        self.assertEqual(os.listdir(self.directory), [NAME])
 
     @unittest.skipIf(not SLOW_DISK, "the slow disk is this system's, and without sanitizers")
     def test_interrupted_run_leaves_the_old_file(self):
-        target = self.directory / "report.txt"
+        target = self.directory / NAME
         # By name and place: a preloaded file's path may hold no space.
         place, name = os.path.split(SLOW_DISK)
         slow = {**os.environ, "LD_PRELOAD": name, "LD_LIBRARY_PATH": place}
@@ -222,7 +223,7 @@ class Files(unittest.TestCase):
             self.assertIn(b"interrupted", process.communicate(timeout=60)[1])
             self.assertEqual(process.returncode, 1)
             self.assertEqual(target.read_bytes(), b"the old report")
-            self.assertEqual(os.listdir(self.directory), ["report.txt"])
+            self.assertEqual(os.listdir(self.directory), [NAME])
 
     def test_library_missing_or_wrong(self):
         program = shutil.copy(PRODUCT / PROGRAM, self.directory)
