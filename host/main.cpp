@@ -1,6 +1,7 @@
 // qbreport: the whole support report, or chosen sections of it, to standard output or a file.
 #include <algorithm>
 #include <cstdio>
+#include <exception>
 #include <new>
 #include <string>
 #include <utility>
@@ -116,6 +117,8 @@ int main(int argc, char** argv) {
         return Run(Utf8Arguments(argc, argv));
     } catch (const std::bad_alloc&) {
         static_cast<void>(std::fputs("qbreport: out of memory\n", stderr));
-        return kFailure;
+    } catch (const std::exception& error) {
+        static_cast<void>(std::fprintf(stderr, "qbreport: %s\n", error.what()));
     }
+    return kFailure;
 }
