@@ -139,6 +139,7 @@ inline void Separate(std::string& text, const SectionKind& before, const Section
     }
 }
 
+/// Joins the sections that a function such as QbSupportGetInfo gives.
 template <typename GetSection>
 Report Compose(const ReportOptions& options, const GetSection& getSection) {
     const std::vector<Call> calls = PlanCalls(options);

@@ -1,0 +1,85 @@
+// A report in one call, for hosts in C++.
+#include "qbsupport/qbsupport.hpp"
+
+#if defined(_WINDOWS_) || defined(WIN32_LEAN_AND_MEAN)
+#error "a host that links the library gets Windows' own header, which it did not ask for"
+#endif
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <vector>
+
+namespace {
+
+using qbsupport::Report;
+using qbsupport::ReportOptions;
+
+bool Release(char* text) {
+    std::free(text);
+    return true;
+}
+
+// Sections of a library that says only their kind and argument, "9:" or "10:dir".
+Report ComposeFake(const ReportOptions& options, const std::vector<int>& failing) {
+    return qbsupport::detail::Compose(options, [&](int kind, unsigned flags, const char* argument) {
+        std::string text = std::to_string(kind) + ':' + argument;
+        if ((flags & QbSupportFlagSeparator) != 0 && qbsupport::HasSeparator(kind)) {
+            text += "\r\n";
+        }
+        const bool fails = std::count(failing.begin(), failing.end(), kind) != 0;
+        return qbsupport::Buffer(fails ? nullptr : strdup(text.c_str()), {Release});
+    });
+}
+
+TEST(WholeReport, SetsSectionsApartAndLinesTogether) {
+    const struct {
+        std::vector<int> kinds;
+        std::vector<int> failing;
+        const char* text;
+        std::vector<int> failed;
+    } cases[] = {
+        {{9, 10, 20}, {}, "9:10:dir\r\n20:\r\n", {}},
+        {{9, 10, 20}, {10}, "9:\r\n20:\r\n", {10}},
+        {{8, 9, 10, 20}, {9}, "8:\r\n20:\r\n", {9, 10}},
+        {{10, 9, 10}, {9}, "10:dir", {9, 10}},
+        {{14, 15, 16, 17}, {15}, "14:\r\n16:17:one17:two", {15, 15}},
+        {{16, 17, 9}, {16}, "9:\r\n", {16, 17, 17}},
+        {{77, 15}, {77}, "15:A15:B\r\n", {77}},
+    };
+    ReportOptions options;
+    options.appDirectory = "dir";
+    options.variables = {"A", "B"};
+    options.modules = {"one", "two"};
+    for (const auto& [kinds, failing, text, failed] : cases) {
+        options.kinds = kinds;
+        const Report report = ComposeFake(options, failing);
+        EXPECT_EQ(report.text, text);
+        std::vector<int> missing;
+        for (const qbsupport::FailedSection& section : report.failed) {
+            missing.push_back(section.section.kind);
+            EXPECT_EQ(section.tried,
+                      std::count(failing.begin(), failing.end(), missing.back()) != 0);
+        }
+        EXPECT_EQ(missing, failed) << text;
+    }
+}
+
+TEST(WholeReport, HasAllKindsButThoseWithoutAnArgument) {
+    std::string steps;
+    ReportOptions options;
+    options.progress = [&](std::size_t step, std::size_t count, const char* name) {
+        steps += std::to_string(step) + '/' + std::to_string(count) + ' ' + name + ' ';
+    };
+    EXPECT_EQ(ComposeFake(options, {}).text,
+              "1:\r\n2:\r\n3:\r\n4:\r\n5:\r\n6:\r\n7:\r\n8:\r\n9:\r\n11:Software\r\n14:\r\n16:\r\n"
+              "18:\r\n20:\r\n");
+    EXPECT_EQ(steps.substr(0, 22), "1/14 banner 2/14 date-");
+    // The linked library, on the stand-in.
+    EXPECT_NE(qbsupport::WholeReport().text.find("\nRegistry:\r\n"), std::string::npos);
+}
+
+}  // namespace
