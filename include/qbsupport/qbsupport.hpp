@@ -164,7 +164,6 @@ Report Compose(const ReportOptions& options, const GetSection& getSection) {
         }
         report.text += text.get();
         before = section;
-        failedKind = 0;
     }
     return report;
 }
