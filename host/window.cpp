@@ -331,7 +331,10 @@ int WINAPI wWinMain(HINSTANCE program, HINSTANCE /*before*/, wchar_t* /*argument
     }
     findMessage = RegisterWindowMessageW(FINDMSGSTRINGW);
     const HACCEL keys = LoadAcceleratorsW(program, MAKEINTRESOURCEW(WINDOW_KEYS));
-    CreateDialogParamW(program, MAKEINTRESOURCEW(WINDOW_DIALOG), nullptr, Receive, 0);
+    if (CreateDialogParamW(program, MAKEINTRESOURCEW(WINDOW_DIALOG), nullptr, Receive, 0) ==
+        nullptr) {
+        return 1;
+    }
     ShowWindow(window, showCommand);
     MSG message = {};
     while (GetMessageW(&message, nullptr, 0, 0) > 0) {
