@@ -25,7 +25,7 @@ if(MINGW)
     add_compile_options(-include stdio.h)
     add_compile_options(-ffunction-sections -fdata-sections)
     # GNU ld writes no load configuration and leaves imports and resources writable. GCC takes a
-    # linker that is none of its own by way of its specs only.
+    # linker that is none of its own from such a file only.
     find_program(QBSUPPORT_LLD ld.lld REQUIRED DOC "LLVM's linker")
     find_program(QBSUPPORT_OBJCOPY llvm-objcopy REQUIRED DOC "LLVM's objcopy")
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
