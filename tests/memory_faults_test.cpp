@@ -2,7 +2,6 @@
 // much of it there is to fail.
 #include <cstdint>
 #include <cstdio>
-#include <thread>
 
 #include "os/registry_values.h"
 #include "support.h"
@@ -21,21 +20,19 @@ stand_in::Machine LargeMachine() {
     // The longest release name and the registry's edition, which are compared together.
     machine.version = {5, 2, 3790, 0, 0, VER_SUITE_ENTERPRISE, VER_NT_SERVER};
     machine.nativeArchitecture = PROCESSOR_ARCHITECTURE_IA64;
-    for (const char* name : {"ProductName", "EditionID"}) {
-        machine.localMachine[qb_support::kCurrentVersionKey].values[name] = {REG_SZ,
-                                                                             std::string(255, 'n')};
-    }
-    for (auto& [category, setting] : machine.runtimeLocale) {
-        setting.assign(400, 'l');
-    }
-    machine.languageName.assign(1000, 'L');
-    for (auto& [type, value] : machine.locale) {
-        value.assign(400, 'v');
-    }
+    const stand_in::RegistryValue longest = {REG_SZ, std::string(255, 'n')};
+    machine.localMachine[qb_support::kCurrentVersionKey].values = {{"ProductName", longest},
+                                                                   {"EditionID", longest}};
+    const auto lengthen = [](auto& texts, std::size_t size) {
+        for (auto& [key, text] : texts) {
+            text.assign(size, 'x');
+        }
+    };
+    lengthen(machine.runtimeLocale, 400);
+    lengthen(machine.locale, 400);
+    lengthen(machine.userNames, 1000);
     machine.locale[LOCALE_SGROUPING] = "3;" + std::string(400, '0');
-    for (auto& [form, name] : machine.userNames) {
-        name.assign(1000, 'u');
-    }
+    machine.languageName.assign(1000, 'L');
     machine.environment["HOME"].assign(5000, 'h');
     for (stand_in::Module& module : machine.processes.back().modules) {
         machine.versionResources[module.name] = stand_in::ProductVersion(std::string(5000, '1'));
@@ -49,10 +46,7 @@ stand_in::Machine LargeMachine() {
 std::size_t FailEachAllocation(const Request& request, bool onlyOnce) {
     const CallOutcome whole = CallAlone(request);
     for (std::size_t number = 1;; ++number) {
-        CallOutcome outcome;
-        std::thread([&] {
-            outcome = CallAlone(request, {number, onlyOnce ? number : SIZE_MAX});
-        }).join();
+        const CallOutcome outcome = CallAlone(request, {number, onlyOnce ? number : SIZE_MAX});
         EXPECT_EQ(outcome.violations, "") << "allocation " << number;
         if (outcome.allocations < number) {
             EXPECT_EQ(outcome.text, whole.text) << "without a failed allocation";

@@ -23,10 +23,9 @@ protected:
         for (CText& text : texts) {
             text << "stale";
         }
-        const OSVERSIONINFOEXA version{156, major, minor,  build,       platform, {},
-                                       0,   0,     suites, productType, 0};
-        const bool hasName = ComposeOsName(version, texts[0], texts[1], texts[2], texts[3],
-                                           texts[4], texts[5], texts[6]);
+        const bool hasName =
+            ComposeOsName({156, major, minor, build, platform, {}, 0, 0, suites, productType, 0},
+                          texts[0], texts[1], texts[2], texts[3], texts[4], texts[5], texts[6]);
         for (const CText& text : texts) {
             EXPECT_FALSE(text.View().starts_with("stale"));
         }
@@ -54,17 +53,14 @@ TEST_F(OsTest, Sections) {
 }
 
 TEST_F(OsTest, RegistryNamesAndFeatureUpdate) {
-    const std::tuple<DWORD, const char*, const char*, const char*, DWORD, std::string_view> rows[] =
-        {
-            {0x30, "Windows 10 Professional", "Professional", "21H2", 0xFFFFFFFE,
-             "[21H2 -- 19044.4294967294]\n"},
-            {0x30, "Windows 10 Pro", "Professional", "23H2", 0xFFFFFFFF,
-             "[23H2]\n\n[OS ID: Windows 10 Pro]\n"},
-            {0x30, "Windows 10 Professional", "Professional ", "", 7,
-             "\n[Edition ID: Professional ]\n"},
-            {0x65, "windows 10 Core", "", "", 7, "\n[OS ID: windows 10 Core]\n[Edition ID: ]\n"},
-            {0x00, "Windows 10 ", "", "", 7, ""},
-        };
+    using Row = std::tuple<DWORD, const char*, const char*, const char*, DWORD, const char*>;
+    const Row rows[] = {
+        {0x65, "Windows 10 Core", "Core", "21H2", ~1U, "[21H2 -- 19044.4294967294]\n"},
+        {0x65, "Windows 10 Pro", "Core", "23H2", ~0U, "[23H2]\n\n[OS ID: Windows 10 Pro]\n"},
+        {0x65, "Windows 10 Core", "Core ", "", 7, "\n[Edition ID: Core ]\n"},
+        {0x65, "windows 10 Core", "", "", 7, "\n[OS ID: windows 10 Core]\n[Edition ID: ]\n"},
+        {0x00, "Windows 10 ", "", "", 7, ""},
+    };
     for (const auto& [productType, productName, editionId, update, revision, end] : rows) {
         m_machine.productInfo = productType;
         Values() = {{"ProductName", RegistryText(productName)},
@@ -77,10 +73,9 @@ TEST_F(OsTest, RegistryNamesAndFeatureUpdate) {
 }
 
 TEST_F(OsTest, Releases) {
-    // The build, the name of a workstation, and that of a server.
+    // The version, and its names with the product types 1, a workstation, and 2.
     const std::tuple<DWORD, DWORD, DWORD, std::string, std::string> rows[] = {
-        {10, 0, 22000, "Windows 11", "Windows Server 2022"},
-        {10, 1, 30000, "Windows 11", "Windows Server 2022"},
+        {10, 1, 22000, "Windows 11", "Windows Server 2022"},
         {10, 0, 21999, "Windows 10", ""},
         {10, 0, 17763, "Windows 10", "Windows Server 2019"},
         {10, 0, 14393, "Windows 10", "Windows Server 2016"},
@@ -99,38 +94,33 @@ TEST_F(OsTest, Releases) {
     EXPECT_EQ(Name(7, 0, 22000, 1), "Microsoft , ");
     EXPECT_EQ(Name(4, 0, 1381, 1), "none");
     EXPECT_EQ(Name(10, 0, 19044, 1, 0, 1), "none");
-    // The word size is the machine's and not the process's.
-    m_machine.architecture = PROCESSOR_ARCHITECTURE_INTEL;
-    EXPECT_EQ(Name(10, 0, 19044, 1), "Microsoft Windows 10, 64-bit");
-    m_machine.available.getNativeSystemInfo = false;
-    EXPECT_EQ(Name(10, 0, 22631, 1), "Microsoft Windows 11, 32-bit");
-}
-
-TEST_F(OsTest, ReleasesOfVersion5) {
     enum : WORD { kIntel, kItanium = PROCESSOR_ARCHITECTURE_IA64, kAmd64 = 9 };
-    const std::tuple<DWORD, BYTE, WORD, WORD, int, std::string> rows[] = {
-        {0, 1, 0x82, kIntel, 0, "Windows 2000 Professional, 32-bit"},
-        {0, 3, 0x82, kIntel, 0, "Windows 2000 Datacenter Server, 32-bit"},
-        {0, 2, 0x02, kIntel, 0, "Windows 2000 Advanced Server, 32-bit"},
-        {1, 1, 0x300, kIntel, 0, "Windows XP Home Edition, 32-bit"},
-        {1, 1, 0x100, kIntel, 1, "Windows XP Professional, 32-bit"},
-        {2, 1, 0, kAmd64, 0, "Windows XP Professional x64 Edition, 64-bit"},
-        {2, 1, 0x2000, kAmd64, 0, "Windows Storage Server 2003, 64-bit"},
-        {2, 3, 0x2000, kIntel, 0, "Windows Storage Server 2003, Standard Edition, 32-bit"},
-        {2, 3, 2, kItanium, 0,
-         "Windows Server 2003, Enterprise Edition for Itanium-based Systems, "},
-        {2, 3, 0x4400, kItanium, 0, "Windows Server 2003, "},
-        {2, 3, 0x82, kAmd64, 0, "Windows Server 2003, Datacenter x64 Edition, 64-bit"},
-        {2, 2, 0x02, kAmd64, 0, "Windows Server 2003, Enterprise x64 Edition, 64-bit"},
-        {2, 0, 0x4400, kAmd64, 1, "Windows Server 2003 R2, Standard x64 Edition, 64-bit"},
-        {2, 3, 0x4482, kIntel, 0, "Windows Server 2003, Compute Cluster Edition, 32-bit"},
-        {2, 3, 0x400, PROCESSOR_ARCHITECTURE_ARM64, 0, "Windows Server 2003, Web Edition, "},
+    const std::tuple<DWORD, BYTE, WORD, WORD, int, std::string> rowsOfVersion5[] = {
+        {0, 1, 0x82, kIntel, 0, "2000 Professional, 32-bit"},
+        {0, 3, 0x82, kIntel, 0, "2000 Datacenter Server, 32-bit"},
+        {0, 2, 0x02, kIntel, 0, "2000 Advanced Server, 32-bit"},
+        {1, 1, 0x300, kIntel, 0, "XP Home Edition, 32-bit"},
+        {1, 1, 0x100, kIntel, 1, "XP Professional, 32-bit"},
+        {2, 1, 0, kAmd64, 0, "XP Professional x64 Edition, 64-bit"},
+        {2, 1, 0x2000, kAmd64, 0, "Storage Server 2003, 64-bit"},
+        {2, 3, 0x2000, kIntel, 0, "Storage Server 2003, Standard Edition, 32-bit"},
+        {2, 3, 2, kItanium, 0, "Server 2003, Enterprise Edition for Itanium-based Systems, "},
+        {2, 3, 0x4400, kItanium, 0, "Server 2003, "},
+        {2, 3, 0x82, kAmd64, 0, "Server 2003, Datacenter x64 Edition, 64-bit"},
+        {2, 2, 0x02, kAmd64, 0, "Server 2003, Enterprise x64 Edition, 64-bit"},
+        {2, 0, 0x4400, kAmd64, 1, "Server 2003 R2, Standard x64 Edition, 64-bit"},
+        {2, 3, 0x4482, kIntel, 0, "Server 2003, Compute Cluster Edition, 32-bit"},
+        {2, 3, 0x400, PROCESSOR_ARCHITECTURE_ARM64, 0, "Server 2003, Web Edition, "},
     };
-    for (const auto& [minor, productType, suites, architecture, isR2, name] : rows) {
+    for (const auto& [minor, productType, suites, architecture, isR2, name] : rowsOfVersion5) {
         m_machine.nativeArchitecture = architecture;
         m_machine.systemMetrics[SM_SERVERR2] = isR2;
-        EXPECT_EQ(Name(5, minor, 0, productType, suites), "Microsoft " + name);
+        EXPECT_EQ(Name(5, minor, 0, productType, suites), "Microsoft Windows " + name);
     }
+    // The word size is the machine's and not the process's, when the machine can be asked.
+    m_machine.architecture = PROCESSOR_ARCHITECTURE_AMD64;
+    m_machine.available.getNativeSystemInfo = false;
+    EXPECT_EQ(Name(10, 0, 22631, 1), "Microsoft Windows 11, 64-bit");
 }
 
 TEST_F(OsTest, RegistryValues) {
@@ -192,8 +182,8 @@ TEST_F(OsTest, VersionSearches) {
     }
 }
 
-TEST_F(OsTest, ProductTypesAndSuites) {
-    for (const BYTE running : std::initializer_list<BYTE>{1, 2, 3, 4}) {
+TEST_F(OsTest, ProductTypesSuitesAndBuildNumbers) {
+    for (const BYTE running : {BYTE{1}, BYTE{2}, BYTE{3}, BYTE{4}}) {
         m_machine.version.productType = running;
         EXPECT_EQ(qb_support::DetectProductType(), running % 4);
     }
@@ -202,9 +192,6 @@ TEST_F(OsTest, ProductTypesAndSuites) {
         const bool isAsked = bit != 0x8 && bit != 0x800 && bit != 0x1000;
         EXPECT_EQ(qb_support::DetectSuiteMask(), isAsked ? bit : 0) << bit;
     }
-}
-
-TEST_F(OsTest, BuildNumbers) {
     const std::tuple<DWORD, DWORD, unsigned> rows[] = {
         {0, 0, 9},          {7, 7, 16},           {11, 11, 11},     {22000, 22000, 32},
         {22631, 22631, 19}, {999999, 999999, 49}, {1000000, 0, 49}, {4294967295, 0, 12},

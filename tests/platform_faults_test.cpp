@@ -16,7 +16,9 @@ namespace {
 // What a failed call does to the text of a section.
 struct Consequence {
     const char* failure;  // how it begins: the kind, the call, which of its calls, the argument
-    std::string from;     // a pattern too; # stands for which of the function's calls it is
+    // Patterns too: the first is for the first of the function's calls, and so on, again and again.
+    // # stands for which call it is.
+    std::vector<std::string> from;
     std::optional<std::string> to;  // nothing for a call of the library that fails
     std::string warning{};
 };
@@ -28,56 +30,48 @@ const std::string kNoFirstModule = "\n  WARNING: Module32First" + kMessage;
 
 // The first row that fits counts. A failed call without a row must leave the text as it is.
 const Consequence kConsequences[] = {
-    {"2 _ctime64", "Wed Jan 05 09:07:03 2022", ""},
-    {"2 GetTimeZoneInformation", "-1(?=:0h)|-3600(?=s)", "0"},
-    {"3 VerifyVersionInfoA 4,", "Windows 10,", ","},  // is it a workstation?
-    {"3 VerifyVersionInfoA 38,", "19044", "0"},
-    {"3 (GetModuleHandleA|GetProcAddress) 2,", "64-bit", "32-bit"},
+    {"2 _ctime64", {"Wed Jan 05 09:07:03 2022"}, ""},
+    {"2 GetTimeZoneInformation", {"-1(?=:0h)|-3600(?=s)"}, "0"},
+    {"3 VerifyVersionInfoA 4,", {"Windows 10,"}, ","},  // is it a workstation?
+    {"3 VerifyVersionInfoA 38,", {"19044"}, "0"},
+    {"3 (GetModuleHandleA|GetProcAddress) 2,", {"64-bit"}, "32-bit"},
     {"3 (GetModuleHandleA|GetProcAddress|GetProductInfo)",
-     " Edition(?=\n)| *\n *\\[OS ID: .*\n *\\[Edition ID: .*\n", ""},
-    {"3 Reg(OpenKey|QueryValue)ExA 1,", "ID: Enterprise\\]", "ID: ]"},
-    {"3 Reg(OpenKey|QueryValue)ExA 2,", "ID: Windows 10 Enterprise\\]", "ID: ]"},
-    {"3 Reg(OpenKey|QueryValue)ExA 3,", " *\\[21H2 -- 19044.1288\\]\n", ""},
-    {"3 Reg(OpenKey|QueryValue)ExA 4,", " -- 19044.1288", ""},
-    {"5 (LoadLibraryA|GetProcAddress)", "( *User (display )?name: .*\n)+\n?", ""},
-    {"5 GetUserNameExA 1,", "WORKSTATION\\\\ann", "ERROR"},
-    {"5 GetUserNameExA 2,", "Ann Example", "ERROR"},
-    {"6 setlocale", "^((?:[^:]*: *\\[){#})C\\]", "$1Unknown]"},
-    {"6 VerLanguageNameA", "English \\(United States\\)", ""},
-    {"6 GetLocaleInfoA [12],", "0409\n", "\n"},
-    {"6 GetLocaleInfoA [34],", "English\n", "\n"},
-    {"6 GetLocaleInfoA [56],", "ENU\n", "\n"},
-    {"7 RegOpenKeyExA", "Intel\\(R\\) Core.*|Intel64 .*|GenuineIntel", ""},
-    {"7 RegQueryValueExA", "", {}},
-    {"8 GetLocaleInfoA", ",", ""},
-    {"8 GlobalMemoryStatusEx", "[0-9,]{8,} KB", "0 KB"},
-    {"8 (LoadLibraryA|GetProcAddress|GetProcessMemoryInfo)", " *Process .*\r\n", ""},
-    {"9 GetSystemDirectoryA", "\\[C:/Windows/system32\\] \\(DIR:RW", "[] (N/A"},
-    {"9 GetWindowsDirectoryA", "\\[C:/Windows\\] \\(DIR:RW", "[] (N/A"},
-    {"9 GetTempPathA", "\\[C:/Users/ann/AppData/Local/Temp/\\] \\(DIR:RW", "[] (N/A"},
-    {"9 GetModuleFileNameA", "\\[C:/viewer.exe\\] \\(DIR:RW", "[] (N/A"},
-    {"9 GetCurrentDirectoryA", "\\[C:\\\\Users\\\\ann\\\\Documents\\] \\(DIR:RW", "[] (N/A"},
-    {"(9|10) GetFileAttributesA", "^((?:[^(]*\\(){#})DIR:RW", "$1N/A"},
-    {"1[123] RegOpenKeyExA 3,", "RWA", "RW"},
-    {"14 GetModuleFileNameA", "\\[C:/viewer.exe\\]", "Can not get application binary location!"},
-    {"1[45] getenv", "^((?:[^=]*= ){#})\\[set\\]", "$1Not set!"},
-    {"16 (CreateToolhelp32Snapshot 1, viewer.exe|Process32First|Process32Next)", "", {}},
-    {"16 CreateToolhelp32Snapshot", " *C:.*\r\n", "", kNoModules},
-    {"16 Module32First", " *C:.*\r\n", "", kNoFirstModule},
-    {"16 Module32Next 1,", " *C:/ntdll.dll .*\r\n", ""},
-    {"1[67] GetFileVersionInfoSizeA", "#\\.0", "Modul or version info not found!"},
-    {"1[67] GetFileVersionInfoA", "#\\.0", "No version info!"},
-    {"1[67] VerQueryValueA 1,", "1\\.0", ""},
-    {"1[67] VerQueryValueA 2,", "1\\.0", "Version info is not accessible!"},
-    {"16 VerQueryValueA 3,", "2\\.0", ""},
-    {"16 VerQueryValueA 4,", "2\\.0", "Version info is not accessible!"},
-    {"20 GetSystemMetrics 1,", "4000", "   0"},
-    {"20 GetSystemMetrics 2,", "3000", "   0"},
-    {"20 GetDC", "\\b12[015]\\b", "0"},
-    {"20 GetDeviceCaps 1,", "\\b12[05]\\b", "0"},
-    {"20 GetDeviceCaps 2,", "121", "0"},
-    {"20 EnumDisplayMonitors", " *Monitor .*\r\n", ""},
-    {"20 GetMonitorInfoA", "1920   1080   1920   1080  Primary", "   0      0      0      0  "},
+     {" Edition(?=\n)| *\n *\\[OS ID: .*\n *\\[Edition ID: .*\n"},
+     ""},
+    {"3 Reg.*ExA [12],", {"ID: Enterprise\\]", "ID: Windows 10 Enterprise\\]"}, "ID: ]"},
+    {"3 Reg.*ExA [34],", {" *\\[21H2 -- 19044.1288\\]\n", " -- 19044.1288"}, ""},
+    {"5 (LoadLibraryA|GetProcAddress)", {"( *User (display )?name: .*\n)+\n?"}, ""},
+    {"5 GetUserNameExA", {"WORKSTATION\\\\ann", "Ann Example"}, "ERROR"},
+    {"6 setlocale", {"^((?:[^:]*: *\\[){#})C\\]"}, "$1Unknown]"},
+    {"6 VerLanguageNameA", {"English \\(United States\\)"}, ""},
+    {"6 GetLocaleInfoA", {"0409\n", "0409\n", "English\n", "English\n", "ENU\n", "ENU\n"}, "\n"},
+    {"7 RegOpenKeyExA", {"Intel\\(R\\) Core.*|Intel64 .*|GenuineIntel"}, ""},
+    {"7 RegQueryValueExA", {""}, {}},
+    {"8 GetLocaleInfoA", {","}, ""},
+    {"8 GlobalMemoryStatusEx", {"[0-9,]{8,} KB"}, "0 KB"},
+    {"8 (LoadLibraryA|GetProcAddress|GetProcessMemoryInfo)", {" *Process .*\r\n"}, ""},
+    {"9 GetSystemDirectoryA", {"\\[C:/Windows/system32\\] \\(DIR:RW"}, "[] (N/A"},
+    {"9 GetWindowsDirectoryA", {"\\[C:/Windows\\] \\(DIR:RW"}, "[] (N/A"},
+    {"9 GetTempPathA", {"\\[C:/Users/ann/AppData/Local/Temp/\\] \\(DIR:RW"}, "[] (N/A"},
+    {"9 GetModuleFileNameA", {"\\[C:/viewer.exe\\] \\(DIR:RW"}, "[] (N/A"},
+    {"9 GetCurrentDirectoryA", {"\\[C:\\\\Users\\\\ann\\\\Documents\\] \\(DIR:RW"}, "[] (N/A"},
+    {"(9|10) GetFileAttributesA", {"^((?:[^(]*\\(){#})DIR:RW"}, "$1N/A"},
+    {"1[123] RegOpenKeyExA 3,", {"RWA"}, "RW"},
+    {"14 GetModuleFileNameA", {"\\[C:/viewer.exe\\]"}, "Can not get application binary location!"},
+    {"1[45] getenv", {"^((?:[^=]*= ){#})\\[set\\]"}, "$1Not set!"},
+    {"16 (CreateToolhelp32Snapshot 1, viewer.exe|Process32First|Process32Next)", {""}, {}},
+    {"16 CreateToolhelp32Snapshot", {" *C:.*\r\n"}, "", kNoModules},
+    {"16 Module32First", {" *C:.*\r\n"}, "", kNoFirstModule},
+    {"16 Module32Next 1,", {" *C:/ntdll.dll .*\r\n"}, ""},
+    {"1[67] GetFileVersionInfoSizeA", {"#\\.0"}, "Modul or version info not found!"},
+    {"1[67] GetFileVersionInfoA", {"#\\.0"}, "No version info!"},
+    {"1[67] VerQueryValueA [13],", {"1\\.0", "", "2\\.0"}, ""},
+    {"1[67] VerQueryValueA", {"", "1\\.0", "", "2\\.0"}, "Version info is not accessible!"},
+    {"20 GetSystemMetrics", {"4000", "3000"}, "   0"},
+    {"20 GetDC", {"\\b12[015]\\b"}, "0"},
+    {"20 GetDeviceCaps", {"\\b12[05]\\b", "121"}, "0"},
+    {"20 EnumDisplayMonitors", {" *Monitor .*\r\n"}, ""},
+    {"20 GetMonitorInfoA", {"1920   1080   1920   1080  Primary"}, "   0      0      0      0  "},
 };
 
 // Every section shows something that each failure takes away.
@@ -122,10 +116,9 @@ const Consequence* FindConsequence(const std::string& failure) {
 }
 
 std::optional<std::string> Edited(const std::string& text, const Consequence& row) {
-    std::string from = row.from;
-    if (const std::size_t at = from.find('#'); at != std::string::npos) {
-        from.replace(at, 1, std::to_string(stand_in::FirstFailedCall()->ordinal));
-    }
+    const std::uint64_t ordinal = stand_in::FirstFailedCall()->ordinal;
+    const std::string from = std::regex_replace(row.from[(ordinal - 1) % row.from.size()],
+                                                std::regex("#"), std::to_string(ordinal));
     return row.to ? std::optional(std::regex_replace(text, std::regex(from), *row.to))
                   : std::nullopt;
 }

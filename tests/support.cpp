@@ -4,14 +4,11 @@
 
 #include "stand_in/calls.h"
 
-// By the linker's --wrap the library's malloc and free come here first, and so does calloc: a
-// compiler makes one of a malloc whose block is zeroed. The stand-in platform and the tests use
-// operator new, which does not.
+// By the linker's --wrap the library's malloc and free come here first. The stand-in platform and
+// the tests use operator new, which does not.
 void* RealMalloc(std::size_t size) asm("__real_malloc");
-void* RealCalloc(std::size_t count, std::size_t size) asm("__real_calloc");
 void RealFree(void* block) asm("__real_free");
 void* WatchedMalloc(std::size_t size) asm("__wrap_malloc");
-void* WatchedCalloc(std::size_t count, std::size_t size) asm("__wrap_calloc");
 void WatchedFree(void* block) asm("__wrap_free");
 
 namespace {
@@ -26,28 +23,18 @@ struct Allocations {
 
 thread_local Allocations* watched = nullptr;
 
-// False for an allocation that is to fail.
-bool CountAndAllow(std::size_t size) {
-    if (watched == nullptr) {
-        return true;
-    }
-    ++watched->attempts;
-    if (watched->attempts >= watched->fault.first && watched->attempts <= watched->fault.last) {
-        return false;
-    }
-    ++watched->live;
-    watched->lastSize = size;
-    return true;
-}
-
 }  // namespace
 
 void* WatchedMalloc(std::size_t size) {
-    return CountAndAllow(size) ? RealMalloc(size) : nullptr;
-}
-
-void* WatchedCalloc(std::size_t count, std::size_t size) {
-    return CountAndAllow(count * size) ? RealCalloc(count, size) : nullptr;
+    if (watched != nullptr) {
+        const std::size_t number = ++watched->attempts;
+        if (number >= watched->fault.first && number <= watched->fault.last) {
+            return nullptr;
+        }
+        ++watched->live;
+        watched->lastSize = size;
+    }
+    return RealMalloc(size);
 }
 
 void WatchedFree(void* block) {

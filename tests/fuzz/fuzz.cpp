@@ -40,78 +40,61 @@ std::string ConsumeText(FuzzedDataProvider& input) {
     return text;
 }
 
-// Without NULs, as the platform's texts are.
-std::string ConsumeWord(FuzzedDataProvider& input) {
-    const std::string text = ConsumeText(input);
-    return text.substr(0, text.find('\0'));
-}
-
 stand_in::VersionResource ConsumeResource(FuzzedDataProvider& input) {
     stand_in::VersionResource resource = stand_in::ProductVersion(
         ConsumeText(input), input.ConsumeIntegral<WORD>(), input.ConsumeIntegral<WORD>());
-    resource.readable = input.ConsumeIntegralInRange(0, 7) != 7;
-    resource.values.resize(input.ConsumeIntegralInRange<std::size_t>(0, 2));
-    for (stand_in::VersionValue& value : resource.values) {
-        value.bytes.resize(input.ConsumeIntegralInRange<std::size_t>(0, value.bytes.size()));
-        if (input.ConsumeBool()) {
-            value.claimedLength = input.ConsumeIntegralInRange<UINT>(0, 100);
-        }
+    for (auto& [path, bytes, claimedLength] : resource.values) {
+        bytes.resize(input.ConsumeIntegralInRange<std::size_t>(0, bytes.size()));
+        claimedLength = input.ConsumeIntegralInRange<UINT>(0, 100);
     }
     return resource;
 }
 
 stand_in::Machine ConsumeMachine(FuzzedDataProvider& input) {
     stand_in::Machine machine;
+    const auto upTo = [&input](auto last) { return input.ConsumeIntegralInRange({}, last); };
     // Versions that the searches find, and others.
-    machine.version.major = input.ConsumeIntegralInRange<DWORD>(0, 11);
-    machine.version.minor = input.ConsumeIntegralInRange<DWORD>(0, 6);
-    machine.version.build = input.ConsumeIntegralInRange<DWORD>(0, 1100000);
-    machine.version.servicePackMajor = input.ConsumeIntegralInRange<WORD>(0, 5);
-    machine.version.suiteMask = input.ConsumeIntegral<WORD>();
-    machine.version.productType = input.ConsumeIntegralInRange<BYTE>(0, 4);
-    machine.productInfo = input.ConsumeIntegralInRange<DWORD>(0, 0x80);
-    machine.nativeArchitecture = input.ConsumeIntegralInRange<WORD>(0, 13);
+    machine.version = {upTo(11U), upTo(6U),           upTo(1100000U), upTo(WORD{5}),
+                       0,         upTo(WORD{0xFFFF}), upTo(BYTE{4})};
+    machine.productInfo = upTo(0x80U);
+    machine.nativeArchitecture = upTo(WORD{13});
     for (auto& [path, key] : machine.localMachine) {
         for (auto& [name, value] : key.values) {
             if (input.ConsumeBool()) {
-                value = {input.ConsumeIntegralInRange<DWORD>(0, 11), ConsumeText(input)};
+                value = {upTo(11U), ConsumeText(input)};
             }
         }
     }
-    machine.available.getNativeSystemInfo = input.ConsumeBool();
-    machine.available.getProductInfo = input.ConsumeBool();
-
-    for (std::string* text :
-         {&machine.systemDirectory, &machine.windowsDirectory, &machine.tempDirectory,
-          &machine.executablePath, &machine.currentDirectory, &machine.languageName}) {
-        *text = ConsumeWord(input);
+    stand_in::Process& process = machine.processes.back();
+    process.snapshotError = input.ConsumeBool() ? 0 : upTo(30);
+    process.modules.resize(upTo(std::size_t{4}));
+    std::vector<std::string*> texts = {&machine.systemDirectory,
+                                       &machine.windowsDirectory,
+                                       &machine.tempDirectory,
+                                       &machine.executablePath,
+                                       &machine.currentDirectory,
+                                       &machine.languageName,
+                                       &machine.runtimeLocale[LC_ALL],
+                                       &machine.environment["HOME"],
+                                       &machine.messages[ERROR_NOT_ENOUGH_MEMORY]};
+    for (auto& [type, value] : machine.locale) {
+        texts.push_back(&value);
+    }
+    for (stand_in::Module& module : process.modules) {
+        texts.push_back(&module.path);
+    }
+    for (std::string* text : texts) {
+        *text = ConsumeText(input).c_str();  // no text of the platform holds a NUL
         machine.attributes[*text] = input.ConsumeIntegral<DWORD>();
     }
-    for (auto& [type, value] : machine.locale) {
-        value = ConsumeWord(input);
-    }
-    machine.locale[LOCALE_SGROUPING] = input.ConsumeRandomLengthString(8);
-    machine.runtimeLocale[LC_ALL] = ConsumeWord(input);
-    machine.environment["HOME"] = ConsumeWord(input);
-    machine.messages[ERROR_NOT_ENOUGH_MEMORY] = ConsumeWord(input);
-    machine.clock = input.ConsumeIntegral<std::int64_t>();
-    machine.timeZone.Bias = input.ConsumeIntegral<LONG>();
-    machine.timeZone.StandardBias = machine.timeZone.DaylightBias = input.ConsumeIntegral<LONG>();
-    machine.deviceCaps[LOGPIXELSX] = input.ConsumeIntegral<int>();
-    stand_in::Process& process = machine.processes.back();
-    process.snapshotError = input.ConsumeBool() ? 0 : input.ConsumeIntegralInRange<LONG>(0, 30);
-    machine.badLengthAnswers = input.ConsumeIntegralInRange(0, 200);
-    process.modules.resize(input.ConsumeIntegralInRange<std::size_t>(0, 4));
-    for (stand_in::Module& module : process.modules) {
-        module = {ConsumeWord(input), ConsumeWord(input)};
-        machine.versionResources[module.name] = ConsumeResource(input);
-    }
     machine.versionResources["viewer.exe"] = ConsumeResource(input);
-    machine.monitors.resize(input.ConsumeIntegralInRange<std::size_t>(0, 30));
+    machine.badLengthAnswers = upTo(200);
+    machine.clock = input.ConsumeIntegral<std::int64_t>();
+    machine.deviceCaps[LOGPIXELSX] = input.ConsumeIntegral<int>();
+    input.ConsumeData(&machine.timeZone, sizeof machine.timeZone);
+    machine.monitors.resize(upTo(std::size_t{30}));
     for (stand_in::Monitor& monitor : machine.monitors) {
-        for (LONG* side : {&monitor.area.left, &monitor.area.top, &monitor.area.right}) {
-            *side = input.ConsumeIntegral<LONG>();
-        }
+        input.ConsumeData(&monitor.area, sizeof monitor.area);
     }
     return machine;
 }
@@ -120,9 +103,7 @@ stand_in::Machine ConsumeMachine(FuzzedDataProvider& input) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     FuzzedDataProvider input(data, size);
-    const int kind = input.ConsumeIntegralInRange(0, 7) != 7
-                         ? input.ConsumeIntegralInRange(0, kLastKind + 1)
-                         : input.ConsumeIntegral<int>();
+    const int kind = input.ConsumeIntegralInRange(-1, kLastKind + 1);
     const auto flags = input.ConsumeIntegral<unsigned>();
     const auto failedCall = input.ConsumeIntegralInRange<std::uint64_t>(1, 40);
     const auto failedAllocation = input.ConsumeIntegralInRange<std::size_t>(1, 20);
@@ -133,8 +114,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const Request request{kind, flags, argument.c_str()};
     const auto text = CallOrStop(machine, request);
     Require(!text || (kind >= 1 && kind <= kLastKind), "other kinds fail");
-    Require(text == CallOrStop(machine,
-                               {kind, flags & 7, argument.empty() ? nullptr : argument.c_str()}),
+    const Request same{kind, flags & 7, argument.empty() ? nullptr : argument.c_str()};
+    Require(text == CallOrStop(machine, same),
             "other flags do nothing, and no argument is an empty one");
     CallOrStop(machine, request, failedCall);
     CallOrStop(machine, request, 0, {failedAllocation, lasts ? SIZE_MAX : failedAllocation});
