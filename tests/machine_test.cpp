@@ -31,7 +31,10 @@ TEST_F(MachineTest, HardwareAndMemory) {
               "   Process page faults:      12,345\r\n\n\r\n");
 }
 
-TEST_F(MachineTest, Display) {
+TEST_F(MachineTest, UserNameAndDisplay) {
+    EXPECT_EQ(GetInfo(QbSupportUserName, 7),
+              "User Name\r\n---------\r\n   User name:         [WORKSTATION\\ann]\n"
+              "   User display name: [Ann Example]\n\n\r\n");
     m_machine.monitors = {{{0, 0, 1920, 1080}, true},
                           {{-1280, 56, 0, 1080}},
                           {{1, 2, 3, 4}, true, false},
@@ -51,40 +54,29 @@ TEST_F(MachineTest, Display) {
               "   Pixels Per Inch x: -100\r\n\r\n\r\n");
 }
 
-TEST_F(MachineTest, UserName) {
-    EXPECT_EQ(GetInfo(QbSupportUserName, 7),
-              "User Name\r\n---------\r\n   User name:         [WORKSTATION\\ann]\n"
-              "   User display name: [Ann Example]\n\n\r\n");
-}
-
-TEST_F(MachineTest, SystemDirectories) {
+TEST_F(MachineTest, DirectoriesAndAttributes) {
     EXPECT_EQ(GetInfo(QbSupportSystemDirectories, 7),
-              "System directories\r\n------------------\r\n"
-              "   System:      [C:/Windows/system32] (DIR:RW)\n"
-              "   Windows:     [C:/Windows] (DIR:RW)\n"
+              "System directories\r\n------------------\r\n   System:      [C:/Windows/system32] "
+              "(DIR:RW)\n   Windows:     [C:/Windows] (DIR:RW)\n"
               "   Temp:        [C:/Users/ann/AppData/Local/Temp/] (DIR:RW)\n"
               "   Exe:         [C:/Tools/Viewer/viewer.exe] (ARCH:RW)\n\n"
               "   AppData:     [C:\\Users\\ann\\Documents] (DIR:RW)\n\r\n");
-}
-
-TEST_F(MachineTest, ApplicationDirectoryAndAttributes) {
     char argument[] = "C:\\Tools\\Viewer";
     EXPECT_EQ(GetInfo(QbSupportAppDirectory, 7, argument),
               "   App:         [C:/Tools/Viewer] (DIR:RW)\n");
     EXPECT_STREQ(argument, "C:\\Tools\\Viewer");
-    std::map<DWORD, std::string> rows = {
-        {0xFFFFFFFE, "DIR:ARCH:COMP:DEV:ENC:HID:NOR:IDX:OFL:REP:SPA:SYS:TEMP:RW"},
-        {0xFFFFFFFF, "N/A"}};
-    const char* const bits[] = {"RO",     "HID:RW", "SYS:RW",  "RW",     "DIR:RW", "ARCH:RW",
-                                "DEV:RW", "NOR:RW", "TEMP:RW", "SPA:RW", "REP:RW", "COMP:RW",
-                                "OFL:RW", "IDX:RW", "ENC:RW",  "RW"};
-    for (unsigned bit = 0; bit < std::size(bits); ++bit) {
-        rows[1U << bit] = bits[bit];
-    }
-    for (const auto& [attributes, text] : rows) {
-        m_machine.attributes["C:/file"] = attributes;
+    // What each bit shows, then all of them, which are an error, and all but the lowest.
+    const std::string texts[] = {
+        "RO",     "HID:RW", "SYS:RW",
+        "RW",     "DIR:RW", "ARCH:RW",
+        "DEV:RW", "NOR:RW", "TEMP:RW",
+        "SPA:RW", "REP:RW", "COMP:RW",
+        "OFL:RW", "IDX:RW", "ENC:RW",
+        "RW",     "N/A",    "DIR:ARCH:COMP:DEV:ENC:HID:NOR:IDX:OFL:REP:SPA:SYS:TEMP:RW"};
+    for (unsigned row = 0; row < std::size(texts); ++row) {
+        m_machine.attributes["C:/file"] = row < 16 ? 1U << row : ~(row - 16);
         EXPECT_EQ(GetInfo(QbSupportAppDirectory, 0, "C:/file"),
-                  "App:         [C:/file] (" + text + ")\n");
+                  "App:         [C:/file] (" + texts[row] + ")\n");
     }
 }
 

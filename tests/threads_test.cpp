@@ -21,7 +21,7 @@ TEST(Threads, EachCallGetsTheTextItGetsAlone) {
     constexpr std::size_t kThreads = 8;
     const std::size_t calls = 20 * requests.size();
     std::atomic<std::size_t> differences = 0;
-    std::vector<std::thread> threads;
+    std::vector<std::jthread> threads;
     for (std::size_t thread = 0; thread < kThreads; ++thread) {
         threads.emplace_back([&, thread] {
             for (std::size_t i = 0; i < calls; ++i) {
@@ -32,9 +32,7 @@ TEST(Threads, EachCallGetsTheTextItGetsAlone) {
             }
         });
     }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
+    threads.clear();  // waits for them
     EXPECT_EQ(differences, 0U);
     EXPECT_EQ(stand_in::OpenHandles(), 0);
     EXPECT_EQ(stand_in::HandleMisuses(), 0);

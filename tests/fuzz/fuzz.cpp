@@ -32,22 +32,9 @@ std::optional<std::string> CallOrStop(const stand_in::Machine& machine, const Re
 
 // Mostly short, sometimes around the sizes of the platform's buffers and of the library's own.
 std::string ConsumeText(FuzzedDataProvider& input) {
-    constexpr std::size_t kSizes[] = {255, 256, 259, 260, 288, 1023, 1024, 5000};
-    std::string text = input.ConsumeRandomLengthString(40);
-    if (input.ConsumeIntegralInRange(0, 7) == 7) {
-        text.resize(input.PickValueInArray(kSizes), text.empty() ? 'x' : text.back());
-    }
-    return text;
-}
-
-stand_in::VersionResource ConsumeResource(FuzzedDataProvider& input) {
-    stand_in::VersionResource resource = stand_in::ProductVersion(
-        ConsumeText(input), input.ConsumeIntegral<WORD>(), input.ConsumeIntegral<WORD>());
-    for (auto& [path, bytes, claimedLength] : resource.values) {
-        bytes.resize(input.ConsumeIntegralInRange<std::size_t>(0, bytes.size()));
-        claimedLength = input.ConsumeIntegralInRange<UINT>(0, 100);
-    }
-    return resource;
+    constexpr std::size_t kSizes[] = {0, 0, 0, 0, 0, 0, 255, 256, 259, 260, 288, 1023, 1024, 5000};
+    const std::string text = input.ConsumeRandomLengthString(40);
+    return text + std::string(input.PickValueInArray(kSizes), 'x');
 }
 
 stand_in::Machine ConsumeMachine(FuzzedDataProvider& input) {
@@ -60,9 +47,7 @@ stand_in::Machine ConsumeMachine(FuzzedDataProvider& input) {
     machine.nativeArchitecture = upTo(WORD{13});
     for (auto& [path, key] : machine.localMachine) {
         for (auto& [name, value] : key.values) {
-            if (input.ConsumeBool()) {
-                value = {upTo(11U), ConsumeText(input)};
-            }
+            value = {upTo(DWORD{REG_DWORD}), ConsumeText(input)};
         }
     }
     stand_in::Process& process = machine.processes.back();
@@ -87,7 +72,12 @@ stand_in::Machine ConsumeMachine(FuzzedDataProvider& input) {
         *text = ConsumeText(input).c_str();  // no text of the platform holds a NUL
         machine.attributes[*text] = input.ConsumeIntegral<DWORD>();
     }
-    machine.versionResources["viewer.exe"] = ConsumeResource(input);
+    stand_in::VersionResource& resource = machine.versionResources["viewer.exe"];
+    resource = stand_in::ProductVersion(ConsumeText(input), upTo(WORD{0xFFFF}), upTo(WORD{0xFFFF}));
+    for (auto& [path, bytes, claimedLength] : resource.values) {
+        bytes.resize(upTo(bytes.size()));
+        claimedLength = upTo(100U);
+    }
     machine.badLengthAnswers = upTo(200);
     machine.clock = input.ConsumeIntegral<std::int64_t>();
     machine.deviceCaps[LOGPIXELSX] = input.ConsumeIntegral<int>();
@@ -108,7 +98,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto failedCall = input.ConsumeIntegralInRange<std::uint64_t>(1, 40);
     const auto failedAllocation = input.ConsumeIntegralInRange<std::size_t>(1, 20);
     const bool lasts = input.ConsumeBool();
-    const std::string argument = input.ConsumeBool() ? ConsumeWord(input) : "viewer.exe";
+    const std::string argument = input.ConsumeBool() ? ConsumeText(input) : "viewer.exe";
     const stand_in::Machine machine = ConsumeMachine(input);
 
     const Request request{kind, flags, argument.c_str()};
