@@ -6,10 +6,7 @@
 #include "stand_in/calls.h"
 #include "support.h"
 
-using qb_support::CQbSupport;
-using qb_support::CQbSupportWindows;
-using qb_support::CText;
-using qb_support::Padded;
+using namespace qb_support;
 
 namespace {
 

@@ -1,12 +1,11 @@
 // Hardware, memory, display, user name, paths, file attributes, registry keys and
 // modules.
 #include <climits>
+#include <sstream>
 
 #include "support.h"
 
-namespace {
-
-class MachineTest : public DescribedMachineTest {};
+using MachineTest = DescribedMachineTest;
 
 TEST_F(MachineTest, HardwareAndMemory) {
     m_machine.localMachine.at("HARDWARE\\DESCRIPTION\\System\\CentralProcessor\\0")
@@ -66,17 +65,14 @@ TEST_F(MachineTest, DirectoriesAndAttributes) {
               "   App:         [C:/Tools/Viewer] (DIR:RW)\n");
     EXPECT_STREQ(argument, "C:\\Tools\\Viewer");
     // What each bit shows, then all of them, which are an error, and all but the lowest.
-    const std::string texts[] = {
-        "RO",     "HID:RW", "SYS:RW",
-        "RW",     "DIR:RW", "ARCH:RW",
-        "DEV:RW", "NOR:RW", "TEMP:RW",
-        "SPA:RW", "REP:RW", "COMP:RW",
-        "OFL:RW", "IDX:RW", "ENC:RW",
-        "RW",     "N/A",    "DIR:ARCH:COMP:DEV:ENC:HID:NOR:IDX:OFL:REP:SPA:SYS:TEMP:RW"};
-    for (unsigned row = 0; row < std::size(texts); ++row) {
+    std::istringstream texts(
+        "RO HID:RW SYS:RW RW DIR:RW ARCH:RW DEV:RW NOR:RW TEMP:RW SPA:RW REP:RW COMP:RW OFL:RW "
+        "IDX:RW ENC:RW RW N/A DIR:ARCH:COMP:DEV:ENC:HID:NOR:IDX:OFL:REP:SPA:SYS:TEMP:RW");
+    std::string text;
+    for (unsigned row = 0; texts >> text; ++row) {
         m_machine.attributes["C:/file"] = row < 16 ? 1U << row : ~(row - 16);
         EXPECT_EQ(GetInfo(QbSupportAppDirectory, 0, "C:/file"),
-                  "App:         [C:/file] (" + texts[row] + ")\n");
+                  "App:         [C:/file] (" + text + ")\n");
     }
 }
 
@@ -112,5 +108,3 @@ TEST_F(MachineTest, ModulesOfTheHostAndOfAnotherProcess) {
     EXPECT_EQ(GetInfo(QbSupportModule, 7, "C:\\a.dll"),
               "   C:\\a.dll  [Modul or version info not found!]\r\n");
 }
-
-}  // namespace
