@@ -73,6 +73,8 @@ std::vector<Row> Rows() {
     const std::string odd = "%s%n%d\x01\x1F\x7F\x80\xE9\xFF";
     const std::string english("\x09\x04\xB0\x04", 4);
     const std::string german("\x07\x04\xE4\x04", 4);
+    // Two bytes for each of its first two characters, of which the platform counts six.
+    const std::string japanese = "\x93\xFA\x96\x7B 1.0";
     const std::string megabyte(1 << 20, '\\');
     const std::string noSnapshot = "Snapshot (of modules) failed with error ";
     return {
@@ -84,10 +86,8 @@ std::vector<Row> Rows() {
         {5, Set(&Machine::userNames, {{2, x(1024)}, {3, x(1023)}}),
          "[ERROR]\nUser display name: [" + x(1023) + "]\n"},
         {6, Set(&Machine::languageName, x(1024)), "language:      \n"},
-        {6, Before("GetLocaleInfoA", 4, Locale(LOCALE_SENGLANGUAGE, "Englisch")),
-         "locale name:      \n"},
-        {6, Before("GetLocaleInfoA", 4, Locale(LOCALE_SENGLANGUAGE, "En")),
-         "locale name:      En\n"},
+        {6, Before("GetLocaleInfoA", 4, Locale(LOCALE_SENGLANGUAGE, "Englisch")), "name:      \n"},
+        {6, Before("GetLocaleInfoA", 4, Locale(LOCALE_SENGLANGUAGE, "En")), "name:      En\n"},
         {8, Locale(LOCALE_SGROUPING, "3;2;0"), " 1,67,77,216 KB"},
         {8, Locale(LOCALE_SGROUPING, "3;2"), " 167,77,216 KB"},
         {8, Locale(LOCALE_SGROUPING, "3"), " 16777,216 KB"},
@@ -127,11 +127,8 @@ std::vector<Row> Rows() {
         {17, Resource({{kTranslation, english, 3}, {kVersion, "1"}}), "  []"},
         {17, Resource({{kTranslation, english}, {kVersion, "1.0", UINT_MAX}}), "  [1.0]\r\n"},
         {17, Resource({{kTranslation, english}, {kVersion, "1.0", 0}}), "  [1.0]\r\n"},
-        // Two bytes for each of its first two characters, of which the platform counts six.
-        {17,
-         Resource(
-             {{kTranslation, english}, {kVersion, std::string("\x93\xFA\x96\x7B 1.0\0", 9), 6}}),
-         "  [\x93\xFA\x96\x7B 1.0]\r\n"},
+        {17, Resource({{kTranslation, english}, {kVersion, japanese, 6}}),
+         "  [" + japanese + "]\r\n"},
         {17, Before("GetFileVersionInfoA", 1, Version(x(9000))), "  [No version info!]\r\n"},
         {17, Before("GetFileVersionInfoA", 1, Version("9")), "viewer.exe  [9]\r\n"},
         {20, Set(&Machine::deviceCaps, {{LOGPIXELSX, INT_MIN}}), "x: -2147483648\r\n"},

@@ -39,7 +39,7 @@ TEST(TextTest, WritesNumbersReplacesMovesAndFails) {
     EXPECT_TRUE(CText(std::move(text)).Failed());
 }
 
-class CoreTest : public DescribedMachineTest {};
+using CoreTest = DescribedMachineTest;
 
 TEST_F(CoreTest, BannerAndDateTime) {
     EXPECT_EQ(GetInfo(QbSupportBanner, 7),
@@ -78,7 +78,7 @@ TEST_F(CoreTest, BannerAndDateTime) {
     }
 }
 
-TEST_F(CoreTest, LocaleWithEveryFlag) {
+TEST_F(CoreTest, LocaleApplicationAndEnvironment) {
     m_machine.runtimeLocale[LC_CTYPE] = "German_Germany.1252";
     m_machine.runtimeLocale[LC_ALL] = "LC_COLLATE=C;LC_CTYPE=German_Germany.1252";
     m_machine.runtimeLocale.erase(LC_TIME);
@@ -91,18 +91,14 @@ TEST_F(CoreTest, LocaleWithEveryFlag) {
               "   APP [LC_ALL]:          [LC_COLLATE=C;LC_CTYPE=German_Germany.1252]\r\n\r\n"
               "   Windows language:      Deutsch (\xD6sterreich)\n   User locale ID:        0409\n"
               "   User locale name:      English\n   User locale abbr name: ENU\n\n\r\n");
-}
-
-TEST_F(CoreTest, ApplicationAndEnvironmentVariable) {
     m_machine.environment["home"] = "C:\\Users\\ann with spaces ";
     m_machine.environment["PACKET"] = "";
-    const std::string variables =
+    EXPECT_EQ(
+        GetInfo(QbSupportApplication, 7, "SystemRoot"),
+        "Application\r\n-----------\r\n   Application: [C:/Tools/Viewer/viewer.exe]\n"
         "   Environment: [QB_ROOT_PATH] = Not set!\n   Environment: [PRODUCT] = Not set!\n"
-        "   Environment: [PACKET] = []\n   Environment: [HOME] = [C:\\Users\\ann with spaces ]\n"
-        "   Environment: [TMPDIR] = Not set!\n";
-    EXPECT_EQ(GetInfo(QbSupportApplication, 7, "SystemRoot"),
-              "Application\r\n-----------\r\n   Application: [C:/Tools/Viewer/viewer.exe]\n" +
-                  variables + "\r\n");
+        "   Environment: [PACKET] = []\n   Environment: [HOME] = [C:\\Users\\ann with spaces ]"
+        "\n   Environment: [TMPDIR] = Not set!\n\r\n");
     EXPECT_EQ(GetInfo(QbSupportEnvironment, 7, "systemroot"),
               "   Environment: [systemroot] = [C:\\Windows]\n\r\n");
     EXPECT_EQ(GetInfo(QbSupportEnvironment, 0), "Environment: [] = Not set!\n");
@@ -166,23 +162,23 @@ public:
 
 TEST_F(CoreTest, FlagsAndOverridesOfADerivedClass) {
     OtherCollector collector;
-    EXPECT_FALSE(collector.m_flags != 0 || collector.m_headings || collector.m_separator ||
-                 collector.m_indentOn);
+    EXPECT_FALSE(collector.m_flags != 0 || collector.m_indentOn);
     CText text;
     CText argument;
+    // What one call turns on stays on for the next ones.
     collector.GetInfo(QbSupportUname, 0xFFFFFFFF, text, argument);
     collector.GetInfo(QbSupportUname, 8, text, argument);
-    EXPECT_EQ(collector.m_flags, 8U);
-    EXPECT_TRUE(collector.m_headings && collector.m_separator && collector.m_indentOn);
     EXPECT_EQ(text.View(), "Uname\r\n-----\r\n\r\n");
-    collector.m_separator = collector.m_headings = false;
-    EXPECT_TRUE(collector.GetInfo(QbSupportApplication, 4, text, argument));
+    EXPECT_TRUE(collector.m_flags == 8 && collector.m_headings && collector.m_separator &&
+                collector.m_indentOn);
+    EXPECT_TRUE(collector.GetInfo(QbSupportApplication, 0, text, argument));
     EXPECT_TRUE(text.View().ends_with(
-        "viewer.exe]\n   $QB_ROOT_PATH\n   $PRODUCT\n   $PACKET\n   $HOME\n   $TMPDIR\n"));
+        "viewer.exe]\n   $QB_ROOT_PATH\n   $PRODUCT\n   $PACKET\n   $HOME\n   $TMPDIR\n\r\n"));
     EXPECT_TRUE(collector.GetInfo(QbSupportDateTime, 0, text, argument));
     EXPECT_EQ(text.View(),
-              "   Wed Jan 05 09:07:03 2022\n   Time zone GMT/UTC bias:  -2:30h [-9000s]\n"
-              "   Time zone DST effective: Yes [-1:35h]\n");
+              "Date and Time\r\n-------------\r\n   Wed Jan 05 09:07:03 2022\n   Time zone GMT/UTC "
+              "bias:  -2:30h [-9000s]\n"
+              "   Time zone DST effective: Yes [-1:35h]\n\r\n");
 }
 
 }  // namespace

@@ -53,7 +53,7 @@ TEST_F(MachineTest, UserNameAndDisplay) {
               "   Pixels Per Inch x: -100\r\n\r\n\r\n");
 }
 
-TEST_F(MachineTest, DirectoriesAndAttributes) {
+TEST_F(MachineTest, Directories) {
     EXPECT_EQ(GetInfo(QbSupportSystemDirectories, 7),
               "System directories\r\n------------------\r\n   System:      [C:/Windows/system32] "
               "(DIR:RW)\n   Windows:     [C:/Windows] (DIR:RW)\n"

@@ -12,17 +12,18 @@ namespace {
 // monitors, a version resource of 3 KB.
 stand_in::Machine LargeMachine() {
     stand_in::Machine machine;
-    for (std::string* path : {&machine.systemDirectory, &machine.windowsDirectory,
-                              &machine.tempDirectory, &machine.executablePath}) {
-        *path = "C:\\" + std::string(900, 'p');
+    for (std::string* text :
+         {&machine.systemDirectory, &machine.windowsDirectory, &machine.tempDirectory,
+          &machine.executablePath, &machine.languageName, &machine.environment["HOME"]}) {
+        *text = "C:\\" + std::string(900, 'p');
     }
     machine.currentDirectory = std::string(259, 'd');
     // The longest release name and the registry's edition, which are compared together.
     machine.version = {5, 2, 3790, 0, 0, VER_SUITE_ENTERPRISE, VER_NT_SERVER};
     machine.nativeArchitecture = PROCESSOR_ARCHITECTURE_IA64;
-    const stand_in::RegistryValue longest = {REG_SZ, std::string(255, 'n')};
-    machine.localMachine[qb_support::kCurrentVersionKey].values = {{"ProductName", longest},
-                                                                   {"EditionID", longest}};
+    for (auto& [name, value] : machine.localMachine[qb_support::kCurrentVersionKey].values) {
+        value = {REG_SZ, std::string(255, 'n')};
+    }
     const auto lengthen = [](auto& texts, std::size_t size) {
         for (auto& [key, text] : texts) {
             text.assign(size, 'x');
@@ -32,8 +33,6 @@ stand_in::Machine LargeMachine() {
     lengthen(machine.locale, 400);
     lengthen(machine.userNames, 1000);
     machine.locale[LOCALE_SGROUPING] = "3;" + std::string(400, '0');
-    machine.languageName.assign(1000, 'L');
-    machine.environment["HOME"].assign(5000, 'h');
     for (stand_in::Module& module : machine.processes.back().modules) {
         machine.versionResources[module.name] = stand_in::ProductVersion(std::string(5000, '1'));
         module.path.assign(260, 'm');

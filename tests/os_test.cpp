@@ -32,14 +32,11 @@ protected:
     }
 };
 
-TEST_F(OsTest, Section) {
+TEST_F(OsTest, SectionRegistryNamesAndFeatureUpdate) {
     EXPECT_EQ(GetInfo(QbSupportOperatingSystem, 7),
               "Operating System\r\n----------------\r\n   Microsoft Windows 10, 64-bit\n"
               "   Enterprise Edition\n   10.0 Build 19044\n   [21H2 -- 19044.1288]\n   \n"
               "   [OS ID: Windows 10 Enterprise]\n   [Edition ID: Enterprise]\n\r\n");
-}
-
-TEST_F(OsTest, RegistryNamesAndFeatureUpdate) {
     const std::tuple<DWORD, const char*, const char*, const char*, DWORD, const char*> rows[] = {
         {0x65, "Windows 10 Core", "Core", "21H2", ~1U, "[21H2 -- 19044.4294967294]\n"},
         {0x65, "Windows 10 Pro", "Core", "23H2", ~0U, "[23H2]\n\n[OS ID: Windows 10 Pro]\n"},
