@@ -110,7 +110,6 @@ std::vector<Row> Rows() {
         {15, Set(&Machine::environment, {{"BIG", megabyte}}), "[" + megabyte, "BIG"},
         {16, Modules(x(257), x(261)), x(260) + "  [Modul"},
         {16, Modules(odd, odd), odd + "  [Modul"},
-        {16, Modules("", ""), "  [Modul or version info not found!]\r\n\r\n"},
         {16, [](Machine& m) { m.processes.back().modules.clear(); },
          "Module32First failed with error 18 (There are no more files)\r\n"},
         {16, Set(&Machine::badLengthAnswers, 99), "[7.0.19041.546]\r\n"},

@@ -171,7 +171,7 @@ TEST_F(CoreTest, FlagsAndOverridesOfADerivedClass) {
     EXPECT_EQ(text.View(), "Uname\r\n-----\r\n\r\n");
     EXPECT_TRUE(collector.m_flags == 8 && collector.m_headings && collector.m_separator &&
                 collector.m_indentOn);
-    EXPECT_TRUE(collector.GetInfo(QbSupportApplication, 0, text, argument));
+    EXPECT_TRUE(collector.GetInfo(QbSupportApplication, QbSupportFlagIndent, text, argument));
     EXPECT_TRUE(text.View().ends_with(
         "viewer.exe]\n   $QB_ROOT_PATH\n   $PRODUCT\n   $PACKET\n   $HOME\n   $TMPDIR\n\r\n"));
     EXPECT_TRUE(collector.GetInfo(QbSupportDateTime, 0, text, argument));

@@ -1,5 +1,4 @@
-// Hardware, memory, display, user name, paths, file attributes, registry keys and
-// modules.
+// Hardware, memory, user name, display, directories, registry keys and modules.
 #include <climits>
 #include <sstream>
 

@@ -121,8 +121,7 @@ std::optional<std::string> Edited(const std::string& text, const Consequence& ro
                   : std::nullopt;
 }
 
-// The text of a call in which the platform call with that number fails, if it can; and what it
-// printed.
+// The text of a call in which that platform call fails, if it can; and what it printed.
 std::pair<std::optional<std::string>, std::string> WithFault(const Request& request,
                                                              std::uint64_t number, FaultMode mode) {
     stand_in::PlanFault(number, mode);

@@ -45,10 +45,8 @@ std::vector<Request> EveryRequest(const std::vector<const char*>& arguments);
 
 // A test on a machine of its own, which is at first the default one.
 class DescribedMachineTest : public testing::Test {
-private:
-    stand_in::ScopedMachine m_scope;
-
 protected:
+    stand_in::ScopedMachine m_scope;
     stand_in::Machine& m_machine = stand_in::CurrentMachine();
 };
 

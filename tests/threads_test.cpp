@@ -34,7 +34,6 @@ TEST(Threads, EachCallGetsTheTextItGetsAlone) {
     }
     threads.clear();  // waits for them
     EXPECT_EQ(differences, 0U);
-    EXPECT_EQ(stand_in::OpenHandles(), 0);
-    EXPECT_EQ(stand_in::HandleMisuses(), 0);
+    EXPECT_EQ(stand_in::OpenHandles() + stand_in::HandleMisuses(), 0);
     std::printf("Tried: %zu calls on %zu threads at once\n", calls * kThreads, kThreads);
 }

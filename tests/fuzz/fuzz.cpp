@@ -43,8 +43,6 @@ stand_in::Machine ConsumeMachine(FuzzedDataProvider& input) {
     // Versions that the searches find, and others.
     machine.version = {upTo(11U), upTo(6U),           upTo(1100000U), upTo(WORD{5}),
                        0,         upTo(WORD{0xFFFF}), upTo(BYTE{4})};
-    machine.productInfo = upTo(0x80U);
-    machine.nativeArchitecture = upTo(WORD{13});
     for (auto& [path, key] : machine.localMachine) {
         for (auto& [name, value] : key.values) {
             value = {upTo(DWORD{REG_DWORD}), ConsumeText(input)};
@@ -74,7 +72,6 @@ stand_in::Machine ConsumeMachine(FuzzedDataProvider& input) {
         bytes.resize(upTo(bytes.size()));
         claimedLength = upTo(100U);
     }
-    machine.badLengthAnswers = upTo(200);
     machine.clock = input.ConsumeIntegral<std::int64_t>();
     machine.deviceCaps[LOGPIXELSX] = input.ConsumeIntegral<int>();
     input.ConsumeData(&machine.timeZone, sizeof machine.timeZone);
