@@ -59,10 +59,8 @@ TEST_F(MachineTest, Directories) {
               "   Temp:        [C:/Users/ann/AppData/Local/Temp/] (DIR:RW)\n"
               "   Exe:         [C:/Tools/Viewer/viewer.exe] (ARCH:RW)\n\n"
               "   AppData:     [C:\\Users\\ann\\Documents] (DIR:RW)\n\r\n");
-    char argument[] = "C:\\Tools\\Viewer";
-    EXPECT_EQ(GetInfo(QbSupportAppDirectory, 7, argument),
+    EXPECT_EQ(GetInfo(QbSupportAppDirectory, 7, "C:\\Tools\\Viewer"),
               "   App:         [C:/Tools/Viewer] (DIR:RW)\n");
-    EXPECT_STREQ(argument, "C:\\Tools\\Viewer");
     // What each bit shows, then all of them, which are an error, and all but the lowest.
     std::istringstream texts(
         "RO HID:RW SYS:RW RW DIR:RW ARCH:RW DEV:RW NOR:RW TEMP:RW SPA:RW REP:RW COMP:RW OFL:RW "

@@ -116,19 +116,18 @@ TEST_F(OsTest, RegistryValues) {
         {{REG_DWORD, "12345678"}, {}, kNone},
         {{REG_BINARY, "abcd"}, {}, kNone},
     };
-    const char* const key = kCurrentVersionKey;
     CText text;
     std::uint32_t actual = 1;
     for (const auto& [value, string, number] : rows) {
         Values()["value"] = value;
         text << "stale";
-        EXPECT_EQ(ReadRegistryString(key, "value", text), string.has_value());
+        EXPECT_EQ(ReadRegistryString(kCurrentVersionKey, "value", text), string.has_value());
         EXPECT_EQ(text.View(), string.value_or("")) << value.type;
-        EXPECT_EQ(ReadRegistryDword(key, "value", actual), number != kNone);
+        EXPECT_EQ(ReadRegistryDword(kCurrentVersionKey, "value", actual), number != kNone);
         EXPECT_EQ(actual, number) << value.type;
     }
     m_machine.localMachine.clear();
-    EXPECT_FALSE(ReadRegistryString(key, "value", text));
+    EXPECT_FALSE(ReadRegistryString(kCurrentVersionKey, "value", text));
 }
 
 // The version, and how many questions it takes to find it or nothing. The last six are not in the
