@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "os/os_name.h"
+#include "os/product_edition.h"
 #include "os/registry_values.h"
 #include "os/version_tests.h"
 #include "stand_in/calls.h"
@@ -53,6 +54,20 @@ TEST_F(OsTest, SectionRegistryNamesAndFeatureUpdate) {
         const std::string text = GetInfo(QbSupportOperatingSystem, 0).value_or("19044\n");
         EXPECT_EQ(text.substr(text.find("19044\n") + 6), end);
     }
+}
+
+// Support staff search for these words: a change of one must be meant, and takes a new sum.
+TEST_F(OsTest, EditionsAddUp) {
+    std::uint32_t sum = 0;
+    for (m_machine.productInfo = 0; m_machine.productInfo < 0x110; ++m_machine.productInfo) {
+        CText edition;
+        CText identifier;
+        qb_support::GetOsEdition(10, 0, edition, identifier);
+        for (const char character : std::string(edition.View()) + '\n') {
+            sum = (sum ^ static_cast<std::uint32_t>(character)) * 16777619U;
+        }
+    }
+    EXPECT_EQ(sum, 3119033665U);
 }
 
 TEST_F(OsTest, Releases) {
