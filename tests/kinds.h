@@ -2,8 +2,10 @@
 #ifndef QBSUPPORT_TESTS_KINDS_H
 #define QBSUPPORT_TESTS_KINDS_H
 
-#include "qbsupport/qbsupport.h"
+#include <iterator>
 
-inline constexpr int kLastKind = QbSupportDisplay;
+#include "qbsupport/sections.hpp"
+
+inline constexpr int kLastKind = static_cast<int>(std::size(qbsupport::kSectionKinds));
 
 #endif

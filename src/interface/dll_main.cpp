@@ -1,4 +1,5 @@
-// The library's entry point. There is nothing to set up: no state, no constructors, no threads.
+// The library's entry point. There is nothing of its own to set up: no state, no constructors, no
+// threads.
 #include "platform/windows_api.h"
 
 #ifdef _UCRT

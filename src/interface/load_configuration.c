@@ -10,8 +10,8 @@ struct LoadConfiguration {
     BYTE unusedToo[0x20];
 };
 
-/* Windows 10 1607 and later looks for the libraries that this one imports in its own directory
- * alone: a version.dll beside the host is not ours. */
+/* Windows 10 1607 and later looks for the libraries that this one imports in System32 alone: a
+ * version.dll beside the host is not meant. */
 const struct LoadConfiguration _load_config_used = {
     .size = sizeof(struct LoadConfiguration),
     .dependentLoadFlags = LOAD_LIBRARY_SEARCH_SYSTEM32,

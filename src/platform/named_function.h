@@ -14,6 +14,7 @@ Function* FindFunction(HMODULE module, const char* name) {
     if (module == nullptr) {
         return nullptr;
     }
+    // By way of a third type, because compilers doubt a direct cast between the other two.
     return reinterpret_cast<Function*>(reinterpret_cast<void*>(GetProcAddress(module, name)));
 }
 
