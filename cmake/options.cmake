@@ -19,6 +19,12 @@ else()
 endif()
 
 if(MINGW)
+    include(CheckSymbolExists)
+    check_symbol_exists(_UCRT stdio.h QBSUPPORT_COMPILER_ON_UCRT)
+    if(QBSUPPORT_COMPILER_ON_UCRT)
+        message(FATAL_ERROR "This compiler makes programs for the Universal C run time alone. "
+            "One for msvcrt.dll makes both flavours (MSYS2: that of MINGW64).")
+    endif()
     # The run-time DLL's own printf: it is smaller, and it shares the standard output of hosts that
     # use the same run time. The C++ headers would turn the setting round, so stdio.h comes first.
     add_compile_definitions(__USE_MINGW_ANSI_STDIO=0)
