@@ -4,31 +4,30 @@
 
 #include <windows.h>
 
-#include <cstdio>
-#include <cstdlib>
+#include <iostream>
 #include <string>
 
 #include "kinds.h"
 
 inline int failedChecks = 0;
 
-// Says what does not hold, and goes on.
-inline void Check(bool holds, const std::string& what, const char* file = __builtin_FILE(),
-                  int line = __builtin_LINE()) {
-    if (!holds) {
-        std::printf("%s:%d: FAILED: %s\n", file, line, what.c_str());
+// Says what is not as expected, and goes on.
+template <class Value>
+void CheckEqual(const Value& found, const std::type_identity_t<Value>& expected,
+                int line = __builtin_LINE()) {
+    if (found != expected) {
+        std::cout << "FAILED: line " << line << ": <" << found << ">, not <" << expected << ">\n";
         ++failedChecks;
     }
 }
 
-template <class Found, class Expected>
-void CheckEqual(const Found& found, const Expected& expected, const char* file = __builtin_FILE(),
-                int line = __builtin_LINE()) {
-    if constexpr (std::is_arithmetic_v<Found>) {
-        CheckEqual(std::to_string(found), std::to_string(expected), file, line);
-    } else {
-        Check(found == expected, "found <" + found + ">, expected <" + expected + ">", file, line);
-    }
+inline void Check(bool holds, const std::string& what, int line = __builtin_LINE()) {
+    CheckEqual(holds ? "good" : what, "good", line);
+}
+
+inline void CheckHas(const std::string& text, const std::string& part,
+                     int line = __builtin_LINE()) {
+    Check(text.find(part) != std::string::npos, text + "> without <" + part, line);
 }
 
 // An argument that gives most kinds' sections something to say.
@@ -43,20 +42,17 @@ public:
         char whole[MAX_PATH] = {};  // Wine's loader does not take this system's own form
         GetFullPathNameA(path, MAX_PATH, whole, nullptr);
         m_module = LoadLibraryA(whole);
-        m_getInfo = Find<decltype(m_getInfo)>("QbSupportGetInfo");
-        m_release = Find<decltype(m_release)>("QbSupportReleaseBuffer");
+        Find("QbSupportGetInfo", m_getInfo);
+        Find("QbSupportReleaseBuffer", m_release);
     }
-    Library(const Library&) = delete;
-    Library& operator=(const Library&) = delete;
     ~Library() { FreeLibrary(m_module); }
 
     // The section's text, or "nothing" when the call failed, which must not touch the out-pointer.
     std::string Report(int kind, unsigned int flags, const char* argument = nullptr) const {
         char untouched = 0;
         char* buffer = &untouched;
-        const int result = m_getInfo(kind, flags, &buffer, argument);
-        const bool succeeded = buffer != &untouched;
-        CheckEqual(result, succeeded ? 1 : 0);
+        const bool succeeded = m_getInfo(kind, flags, &buffer, argument) == 1;
+        CheckEqual(buffer != &untouched, succeeded);
         const std::string text = succeeded ? buffer : "nothing";
         Check(!succeeded || m_release(buffer), "release after kind " + std::to_string(kind));
         return text;
@@ -64,8 +60,9 @@ public:
 
 private:
     template <class Function>
-    Function Find(const char* name) const {
-        return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(m_module, name)));
+    void Find(const char* name, Function& function) {
+        function =
+            reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(m_module, name)));
     }
 
     HMODULE m_module;

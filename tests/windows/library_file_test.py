@@ -6,19 +6,28 @@ import re
 import subprocess
 import sys
 
-SYSTEM_LIBRARIES = "advapi32|gdi32|kernel32|user32|version"
-RUN_TIMES = {"msvcrt": "msvcrt", "ucrt": "api-ms-win-crt-.*"}
+OBJDUMP, LIBRARY, VERSION, RUN_TIME = sys.argv[1:]
+LIBRARIES = "advapi32|gdi32|kernel32|user32|version|" + \
+    {"msvcrt": "msvcrt", "ucrt": "api-ms-win-crt-.*"}[RUN_TIME]
 FORBIDDEN_IMPORTS = re.compile("abort|exit|terminate|assert|signal|raise|throw", re.IGNORECASE)
-LARGEST_SIZE = 44 * 1024
-WRITABLE = 0x80000000
-LOAD_LIBRARY_SEARCH_SYSTEM32 = 0x800
+WANTED = ("pei-x86-64", "HIGH_ENTROPY_VA", "DYNAMIC_BASE", "NX_COMPAT",
+          "MajorSubsystemVersion\t6", "MinorSubsystemVersion\t1")
 
 
-def file_problems(objdump, path, version, run_time):
-    def dump(option):
-        return subprocess.run([objdump, option, path], check=True, capture_output=True, text=True,
-                              env={**os.environ, "LC_ALL": "C"}).stdout
+def dump(*options):
+    return subprocess.run([OBJDUMP, *options, LIBRARY], check=True, capture_output=True, text=True,
+                          env={**os.environ, "LC_ALL": "C"}).stdout
 
+
+def dependent_load_flags(headers):
+    base, configuration = (int(re.search(pattern, headers)[1], 16) for pattern in
+                           (r"ImageBase\s+(\w+)", r"Entry a (\w+)"))
+    flags = base + configuration + 0x4E
+    bytes_there = dump("-s", f"--start-address={flags}", f"--stop-address={flags + 2}")
+    return "".join(re.findall(r"\n \w+ (\w{4}) ", bytes_there))
+
+
+def problems():
     headers = dump("-p")
     base = int(re.search(r"Ordinal Base\s+(\d+)", headers)[1])
     exports = [(base + int(index), name) for index, name in
@@ -26,59 +35,27 @@ def file_problems(objdump, path, version, run_time):
     if exports != [(100, "QbSupportGetInfo"), (101, "QbSupportReleaseBuffer")]:
         yield f"exports {exports}"
     for library in re.findall(r"DLL Name: (\S+)", headers):
-        if not re.fullmatch(rf"({SYSTEM_LIBRARIES}|{RUN_TIMES[run_time]})\.dll", library.lower()):
+        if not re.fullmatch(rf"({LIBRARIES})\.dll", library.lower()):
             yield f"imports from {library}"
     imports = re.findall(r"^\t[0-9a-f]+\t +\d+  (\w+)$", headers, re.MULTILINE)
     if len(imports) < 20:
         yield f"only {len(imports)} imports found"
-    for name in filter(FORBIDDEN_IMPORTS.search, imports):
-        yield f"imports {name}"
-    for text in ("pei-x86-64", "HIGH_ENTROPY_VA", "DYNAMIC_BASE", "NX_COMPAT"):
-        if text not in headers:
-            yield f"without {text}"
-    if ".debug_" in dump("-h"):
-        yield "debug information"
-    content = path.read_bytes()
-    if len(content) > LARGEST_SIZE:
-        yield f"{len(content)} bytes, more than {LARGEST_SIZE}"
-    for text in ("VS_VERSION_INFO", "ProductVersion\0" + version):
+    yield from (f"imports {name}" for name in filter(FORBIDDEN_IMPORTS.search, imports))
+    yield from (f"without {text}" for text in WANTED if text not in headers)
+    if dependent_load_flags(headers) != "0008":  # 0x800, System32 alone
+        yield f"dependent load flags {dependent_load_flags(headers)}"
+    sections = re.findall(r"^ +\d+ (\S+) .*\n +(.*)", dump("-h"), re.MULTILINE)
+    yield from (f"section {name} is writable" for name, rights in sections if "READONLY" not in rights)
+    if not sections or any(name.startswith(".debug_") for name, _ in sections):
+        yield f"sections {sections}"
+    content = pathlib.Path(LIBRARY).read_bytes()
+    if len(content) > 44 * 1024:
+        yield f"{len(content)} bytes, too many"
+    if re.search(rb"PE\0\0....\0{4}", content, re.DOTALL):
+        yield "without a time stamp to tell builds apart"
+    for text in ("VS_VERSION_INFO", "ProductVersion\0" + VERSION):
         if text.encode("utf-16-le") not in content:
             yield f"version resource without {text!r}"
-    yield from image_problems(content)
 
 
-def image_problems(content):
-    """What the tools do not show: the sections' rights, the load configuration, what tells builds apart."""
-    def number(offset, size=4):
-        return int.from_bytes(content[offset : offset + size], "little")
-
-    header = number(0x3C)
-    optional = header + 24
-    sections = optional + number(header + 20, 2)
-    load_configuration = number(optional + 112 + 10 * 8)
-    dependent_load_flags = None
-    for section in range(sections, sections + 40 * number(header + 6, 2), 40):
-        name = content[section : section + 8].rstrip(b"\0").decode()
-        if number(section + 36) & WRITABLE:
-            yield f"section {name} is writable"
-        start = number(section + 12)
-        if start <= load_configuration < start + number(section + 8):
-            at = load_configuration - start + number(section + 20)
-            dependent_load_flags = number(at + 0x4E, 2)
-    if dependent_load_flags != LOAD_LIBRARY_SEARCH_SYSTEM32:
-        yield f"DependentLoadFlags {dependent_load_flags}"
-    if number(header + 8) == 0:
-        yield "without a time stamp to tell builds apart"
-    if (number(optional + 48, 2), number(optional + 50, 2)) != (6, 1):
-        yield "another subsystem version than 6.1"
-
-
-def main():
-    objdump, library, version, run_time = sys.argv[1:]
-    problems = [*file_problems(objdump, pathlib.Path(library), version, run_time)]
-    for problem in problems:
-        print(problem)
-    sys.exit(1 if problems else 0)
-
-
-main()
+sys.exit("\n".join(problems()) or 0)

@@ -1,5 +1,6 @@
-// The library in a host's process: many calls, and that nothing of the process changes. Arguments:
-// the library; with "console" after it, only the second on a console.
+// The library in hosts' processes: called from places of all sorts, many times, and that nothing of
+// the process changes. Arguments: the library; with "console" after it, only the last on a console;
+// with "die", the host ends right behind the library's warning.
 #include <direct.h>
 #include <windows.h>
 
@@ -14,68 +15,155 @@
 
 namespace {
 
-struct Resources {
-    std::size_t handle;
-    std::size_t memory;
-    DWORD modules;
-};
+// The list of modules reads many files, and soaking does without it most of the time.
+std::string CallAllKinds(const Library& library, unsigned int flags, bool withModules = true) {
+    std::string texts;
+    for (int kind = 1; kind <= kLastKind; ++kind) {
+        if (kind != QbSupportModules || withModules) {
+            const std::string text = library.Report(kind, flags, ArgumentFor(kind));
+            // Time and memory are others by the next call.
+            const bool changes = kind == QbSupportDateTime || kind == QbSupportMemory;
+            texts += changes ? text.substr(0, 7) : text;
+        }
+    }
+    return texts;
+}
 
-// The system hands out the lowest free handle, so that its value rises with every leaked one. The
-// process's handle count would say the same, but Wine always gives 0 for it.
-Resources Used() {
+const Library* called;
+std::string found;
+void* hostFiber;
+
+void Call() {
+    found = CallAllKinds(*called, 7);
+}
+
+void OnThread() {
+    const auto run = [](void*) -> DWORD { return Call(), 0; };
+    const HANDLE thread =
+        CreateThread(nullptr, 64 * 1024, run, nullptr, STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr);
+    WaitForSingleObject(thread, INFINITE);
+    CloseHandle(thread);
+}
+
+void InEnumeration() {
+    const auto run = [](HMONITOR, HDC, RECT*, LPARAM) -> BOOL { return Call(), FALSE; };
+    EnumDisplayMonitors(nullptr, nullptr, run, 0);
+}
+
+void OnFiber() {
+    const auto run = [](void*) { Call(), SwitchToFiber(hostFiber); };
+    hostFiber = ConvertThreadToFiber(nullptr);
+    void* const fiber = CreateFiber(64 * 1024, run, nullptr);
+    SwitchToFiber(fiber);
+    DeleteFiber(fiber);
+    ConvertFiberToThread();
+}
+
+// Inexact results stay masked: Wine computes with the caller's settings, and the library does not
+// compute with such numbers at all.
+void WithFloatingPointExceptions() {
+    const unsigned before = _mm_getcsr();
+    _mm_setcsr((before & ~_MM_MASK_MASK) | _MM_MASK_INEXACT | _MM_FLUSH_ZERO_ON);
+    Call();
+    _mm_setcsr(before);
+}
+
+void Impersonating() {
+    Check(ImpersonateSelf(SecurityImpersonation) != 0, "cannot impersonate");
+    Call();
+    RevertToSelf();
+}
+
+void GivesTheSameEverywhere(const Library& library) {
+    CallAllKinds(library, 7);  // loads libraries, which the list of modules then shows
+    const std::string expected = CallAllKinds(library, 7);
+    called = &library;
+    for (const auto place :
+         {OnThread, InEnumeration, OnFiber, WithFloatingPointExceptions, Impersonating}) {
+        found.clear();
+        place();
+        CheckEqual(found, expected);
+    }
+}
+
+constexpr std::size_t kPainted = 128 * 1024;
+volatile std::uintptr_t paintedFrom;
+
+[[gnu::noinline]] void PaintStack() {
+    char stack[kPainted];
+    paintedFrom = reinterpret_cast<std::uintptr_t>(stack);
+    std::memset(reinterpret_cast<char*>(paintedFrom), 'p', kPainted);
+}
+
+// The platform's part included, which on other systems is another.
+void NeedsLittleStack(const Library& library) {
+    PaintStack();
+    CallAllKinds(library, 7);
+    const std::string_view stack(reinterpret_cast<const char*>(paintedFrom), kPainted);
+    const std::size_t used = kPainted - stack.find_first_not_of('p');
+    std::printf("Tried: all kinds on %d bytes of stack\n", static_cast<int>(used));
+    Check(used > 1024 && used < 48 * 1024, "much stack, or none that was found");
+}
+
+// In a process that speaks UTF-8 the digit separator does too, and not the locale's own code page.
+void SpeaksTheCodePageOfTheProcess(const Library& library) {
+    wchar_t before[8] = {};
+    GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_STHOUSAND, before, 8);
+    SetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_STHOUSAND, L"\u00A0");
+    const std::string text = library.Report(QbSupportMemory, 0);
+    SetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_STHOUSAND, before);
+    CheckEqual(GetACP(), CP_UTF8);
+    CheckHas(text, "\xC2\xA0");
+}
+
+// What is in use but memory. The system hands out the lowest free handle, so that its value rises
+// with every leaked one. The process's handle count would say the same, but Wine always gives 0.
+std::string Used() {
     const HANDLE handle = CreateEventA(nullptr, FALSE, FALSE, nullptr);
     CloseHandle(handle);
-    PROCESS_MEMORY_COUNTERS counters{};
-    GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof(counters));
     HMODULE module = nullptr;
     DWORD size = 0;
     EnumProcessModules(GetCurrentProcess(), &module, sizeof(module), &size);
-    return {reinterpret_cast<std::size_t>(handle), counters.PagefileUsage, size};
+    return "handle " + std::to_string(reinterpret_cast<std::size_t>(handle)) + ", modules " +
+           std::to_string(size);
 }
 
-// The list of modules reads many files and takes its turn more seldom.
-void CallAllKinds(const Library& library, int round) {
-    for (int kind = 1; kind <= kLastKind; ++kind) {
-        if (kind != QbSupportModules || round == 0) {
-            library.Report(kind, static_cast<unsigned int>(round % 8), ArgumentFor(kind));
-        }
-    }
+std::size_t UsedMemory() {
+    PROCESS_MEMORY_COUNTERS counters{};
+    GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof(counters));
+    return counters.PagefileUsage;
 }
 
 void CallingAndLoadingLeavesNothing(const char* path) {
-    constexpr int kLoads = 40;
-    constexpr int kRounds = 20;
-    Resources before{};
-    for (int load = 0; load < kLoads; ++load) {
+    constexpr unsigned kLoads = 40;
+    constexpr unsigned kRounds = 20;
+    std::string before;
+    std::size_t memory = 0;
+    for (unsigned load = 0; load < kLoads; ++load) {
         const Library library(path);
         if (load == kLoads / 4) {
             before = Used();
+            memory = UsedMemory();
         }
-        for (int round = 0; round < kRounds; ++round) {
-            CallAllKinds(library, round);
+        for (unsigned round = 0; round < kRounds; ++round) {
+            CallAllKinds(library, round % 8, round == 0);
         }
     }
-    std::printf("Tried: %d calls soaked over %d loads of the library\n",
+    std::printf("Tried: %u calls soaked over %u loads of the library\n",
                 kLoads * (kRounds * (kLastKind - 1) + 1), kLoads);
     Check(GetModuleHandleA("QBSUPPORT.dll") == nullptr, "still loaded");
     const Library library(path);
-    const Resources after = Used();
-    CheckEqual(after.handle, before.handle);
-    Check(after.memory <= before.memory + 128 * 1024,
-          "memory from " + std::to_string(before.memory) + " to " + std::to_string(after.memory));
-    CheckEqual(after.modules, before.modules);
+    CheckEqual(Used(), before);
+    Check(UsedMemory() <= memory + 128 * 1024, "more memory than " + std::to_string(memory));
 }
 
 // Its code pages and modes.
 std::string ConsoleState() {
     std::string state = std::to_string(GetConsoleCP()) + ' ' + std::to_string(GetConsoleOutputCP());
-    for (const char* const name : {"CONIN$", "CONOUT$"}) {
-        const HANDLE console =
-            CreateFileA(name, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                        nullptr, OPEN_EXISTING, 0, nullptr);
+    for (const DWORD stream : {STD_INPUT_HANDLE, STD_OUTPUT_HANDLE}) {
         DWORD mode = 0;
-        state += GetConsoleMode(console, &mode) != 0 ? ' ' + std::to_string(mode) : " none";
-        CloseHandle(console);
+        const bool isConsole = GetConsoleMode(GetStdHandle(stream), &mode) != 0;
+        state += isConsole ? ' ' + std::to_string(mode) : " none";
     }
     return state;
 }
@@ -101,8 +189,7 @@ std::string ProcessState() {
     return state;
 }
 
-void NoCallChangesTheProcess(const char* path) {
-    const Library library(path);
+void NoCallChangesTheProcess(const Library& library) {
     // Unusual settings: a call that set the usual ones would show.
     std::setlocale(LC_NUMERIC, "German_Germany");
     _chdir("C:\\windows");
@@ -120,15 +207,39 @@ void NoCallChangesTheProcess(const char* path) {
     }
 }
 
+// A process that has no modules yet cannot be listed.
+void DieBehindWarning(const Library& library) {
+    STARTUPINFOA startup{};
+    startup.cb = sizeof(startup);
+    PROCESS_INFORMATION child{};
+    char command[] = "winver.exe";
+    CreateProcessA(nullptr, command, nullptr, nullptr, FALSE, CREATE_SUSPENDED, nullptr, nullptr,
+                   &startup, &child);
+    library.Report(QbSupportModules, 0, command);
+    TerminateProcess(child.hProcess, 0);
+    TerminateProcess(GetCurrentProcess(), 0);
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
-    if (count > 2) {
+    const std::string mode = count > 2 ? arguments[2] : "";
+    if (mode.empty()) {
+        CallingAndLoadingLeavesNothing(arguments[1]);
+    }
+    const Library library(arguments[1]);
+    if (mode == "die") {
+        DieBehindWarning(library);
+    } else if (mode == "console") {
         Check(SetConsoleOutputCP(850) && ConsoleState().find("none") == std::string::npos,
               "without a console");
     } else {
-        CallingAndLoadingLeavesNothing(arguments[1]);
+        GivesTheSameEverywhere(library);
+        NeedsLittleStack(library);
+        SpeaksTheCodePageOfTheProcess(library);
+        // Inherited, and so known to every run-time library.
+        CheckHas(library.Report(QbSupportEnvironment, 0, "windir"), "[windir] = [");
     }
-    NoCallChangesTheProcess(arguments[1]);
+    NoCallChangesTheProcess(library);
     return failedChecks == 0 ? 0 : 1;
 }
