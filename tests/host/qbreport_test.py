@@ -1,10 +1,12 @@
 #!/usr/bin/env python3
-"""qbreport as users call it: qbreport_test.py <its directory> <another library> <slow disk>."""
+"""qbreport as users call it: qbreport_test.py <its directory> <another library> [<sanitizers>]."""
 
+import contextlib
 import fcntl
 import os
 import pathlib
 import re
+import shlex
 import shutil
 import signal
 import struct
@@ -16,108 +18,79 @@ import time
 import unittest
 
 PRODUCT = pathlib.Path(sys.argv[1]).resolve()
-OTHER_LIBRARY, SLOW_DISK = sys.argv[2:4]
+OTHER_LIBRARY, *SANITIZERS = sys.argv[2:]
 ON_WINDOWS = OTHER_LIBRARY.endswith(".dll")
+LAUNCHER = ["wine"] if ON_WINDOWS else []
 PROGRAM, LIBRARY = ("qbreport.exe", "QBSUPPORT.dll") if ON_WINDOWS else ("qbreport", "libQBSUPPORT.so")
-# Wine would start its services with each program. They are not needed, take most of the time, and
-# one that crashes as they end says so on the program's standard error.
-ENVIRONMENT = {**os.environ, "LC_ALL": "C.UTF-8",
-               "WINEDLLOVERRIDES": os.environ.get("WINEDLLOVERRIDES", "") + ";services.exe=d"}
 NAME = "\u043e\u0442\u0447\u0451\u0442 \u65e5\u672c.txt"
+PREFIX = "qb \u0438\u043c\u044f [\u65e5] 100% "
 TITLES = b"Date and Time|Operating System|Uname|User Name|Locale|Hardware|Memory:|System directories" \
     b"|Registry:|Application|Modules|Limits:|Display"
 
 
-def run(*arguments, program=PRODUCT / PROGRAM, stdout=subprocess.PIPE, directory=None, limit=None):
-    launcher = ["wine"] if ON_WINDOWS else []
-    if limit is not None:
-        launcher = ["prlimit", f"--fsize={limit}"]
-    return subprocess.run([*launcher, program, *arguments], stdout=stdout, stderr=subprocess.PIPE,
-                          stdin=subprocess.DEVNULL, cwd=directory, env=ENVIRONMENT, timeout=120,
-                          restore_signals=False)
+def run(*arguments, program=PRODUCT / PROGRAM, launcher=LAUNCHER, **options):
+    return subprocess.run([*launcher, program, *arguments], stderr=subprocess.PIPE,
+                          stdin=subprocess.DEVNULL, timeout=120, restore_signals=False,
+                          **{"stdout": subprocess.PIPE, **options})
 
 
 class CommandLine(unittest.TestCase):
     def test_whole_report(self):
         result = run()
         self.assertEqual(result.returncode, 0, result.stderr)
-        self.assertTrue(result.stdout.startswith(b"=" * 72 + b"\r\nThe following support"))
         self.assertEqual(re.findall(rb"^(%s)\r\n-+\r\n" % TITLES, result.stdout, re.MULTILINE),
                          TITLES.split(b"|"))
-        self.assertRegex(result.stdout, rb"x: \d+\r\n\r\n\r\n$")
+        self.assertRegex(result.stdout, rb"\A={72}\r\nThe following[\s\S]*x: \d+\r\n\r\n\r\n\Z")
 
-    def test_choices(self):
-        for arguments, expected in (
-            (["-s", "limits,4"], rb"Limits:\r\n-------\r\n\r\nUname\r\n-----\r\n\r\n"),
-            (["--sections=uname", "--no-separators"], rb"Uname\r\n-----\r\n"),
-            (["-s", "4", "--no-headings", "--no-separators"], b""),
-            (["-s", "environment", "-e", "QB_NOT_SET", "--variable=QB_NEITHER", "--no-indent"],
-             rb"Environment: \[QB_NOT_SET\] = Not set!\nEnvironment: \[QB_NEITHER\] = Not set!\n\r\n"),
-            (["-s", "10,17", "-d", r"Q:\none", "-m", "none.dll"],
-             rb"   App:         \[Q:/none\] \(N/A\)\n\r\n   none.dll  \[Modul or version info not "
-             rb"found!\]\r\n"),
-            (["-s", "11,12,13", "-u", "QbNone", "-a", r"QbNone\App"],
-             rb"Registry:\r\n-+\r\n   User root: .*\\QbNone\] \(N/A\)\n   App: .*USER\\QbNone\\App\] "
-             rb"\(N/A\)\n   App: .*MACHINE\\QbNone\\App\] \(N/A\)\n"),
-            (["--version"], rb"qbreport \d+\.\d+\.\d+\r?\n"),
-            *(([help], rb"[\s\S]*Usage: qbreport [\s\S]*--no-indent[\s\S]*")
-              for help in ("-h", "-?", "/?", "--help")),
-            (["--sections", "limits, 4 ", "-o", "-", "--no-separators"],
-             rb"Limits:\r\n-------\r\nUname\r\n-----\r\n"),
-            (["--list"], rb"[\s\S]*20  display\r?\n"),
-        ):
-            with self.subTest(arguments):
-                result = run(*arguments)
-                self.assertEqual(result.returncode, 0, result.stderr)
-                self.assertRegex(result.stdout, rb"\A" + expected + rb"\Z")
-
-    def test_mistakes(self):
-        for status, arguments, message in (
-            (2, ["--wrong"], b"not expected: --wrong"),
-            (2, ["-s", "banner,nothing"], b"unknown section 'nothing'"),
-            (2, ["-s", "21"], b"unknown section '21'"),
-            (2, ["-o"], b"--output: 1 required FILE missing"),
-            (2, ["-o", ""], b"the file's name is empty"),
-            (2, ["report.txt"], b"not expected: report.txt"),
-            (1, ["-s", "reserved"], b"section 'reserved' \\(19\\) left out"),
-            (1, ["-s", "modules", "-p", "no such program"], b"no report on no such program"),
-            (1, ["-o", "no/such/directory/report.txt"], b"cannot save the report"),
-        ):
-            with self.subTest(arguments):
-                result = run(*arguments)
-                self.assertEqual((result.returncode, result.stdout), (status, b""))
-                self.assertRegex(result.stderr, rb"\Aqbreport: .*" + message + rb".*\r?\n\Z")
-
-    def test_failed_sections(self):
-        # Lines that go on with a section that is left out are left out as well.
+    def test_choices_and_mistakes(self):
         for status, arguments, expected in (
-            (1, ["-p", "none.exe"], rb" Not set!\n\r\nLimits:\r\n"),
-            (1, ["-s", "4,19,18"], rb"Uname\r\n-----\r\n\r\nLimits:\r\n"),
-            (1, ["-s", "15,16,17", "-p", "none.exe", "-e", "QB_NONE"], rb"Not set!\n\r\n\Z"),
+            (0, "-s limits,4", r"Limits:\r\n-------\r\n\r\nUname\r\n-----\r\n\r\n"),
+            (0, "--sections 'limits, 4 ' -o - --no-separators",
+             r"Limits:\r\n-------\r\nUname\r\n-----\r\n"),
+            (0, "-s 4 --no-headings --no-separators", ""),
+            (0, "--sections=environment -e QB_A --variable=QB_B --no-indent",
+             r"Environment: \[QB_A\] = Not set!\nEnvironment: \[QB_B\] = Not set!\n\r\n"),
+            (0, r"-s 10,17 -d 'Q:\none' -m none.dll",
+             r"   App:         \[Q:/none\] \(N/A\)\n\r\n   none.dll  \[Modul or version .*\]\r\n"),
+            (0, r"-s 11,12,13 -u QbNone -a 'QbNone\App'",
+             r"Registry:\r\n-+\r\n   User root: .*\\QbNone\] .*\n   App: .*USER\\QbNone\\App\] .*\n"
+             r"   App: .*MACHINE\\QbNone\\App\] \(N/A\)\n"),
+            (0, "--version", r"qbreport \d+\.\d+\.\d+\r?\n"),
+            (0, "--list", r"[\s\S]*20  display\r?\n"),
+            *((0, help, r"[\s\S]*Usage: qbreport [\s\S]*--no-indent[\s\S]*")
+              for help in ("-h", "-?", "/?", "--help")),
+            (2, "--wrong", "not expected: --wrong"),
+            (2, "-s banner,nothing", "unknown section 'nothing'"),
+            (2, "-s 21", "unknown section '21'"),
+            (2, "-o", "--output: 1 required FILE missing"),
+            (2, "-o ''", "the file's name is empty"),
+            (2, "report.txt", "not expected: report.txt"),
+            (1, "-s reserved", r"section 'reserved' \(19\) left out"),
+            (1, "-s modules -p 'no such program'", "no report on no such program"),
+            (1, "-o no/such/directory/report.txt", "cannot save the report"),
         ):
             with self.subTest(arguments):
-                result = run(*arguments, "-e", "QB_NONE")
-                self.assertEqual(result.returncode, status)
-                self.assertRegex(result.stdout, expected)
-                self.assertIn(b"left out: the library has ", result.stderr)
-                self.assertEqual(b"'module' (17) left out: its line on user32.dll" in result.stderr,
-                                 "-p" in arguments)
+                result = run(*shlex.split(arguments))
+                self.assertEqual(result.returncode, status, result.stderr)
+                text = result.stderr + result.stdout if status else result.stdout
+                expected = rf"qbreport: .*{expected}.*\r?\n" if status else expected
+                self.assertRegex(text.decode(), rf"\A{expected}\Z")
 
-    def test_full_output(self):
-        with open("/dev/full", "wb") as full:
-            result = run(stdout=full)
+    def test_failed_section_and_the_lines_that_go_on_with_it(self):
+        result = run("-p", "none.exe", "-e", "QB_NONE")
         self.assertEqual(result.returncode, 1)
-        self.assertIn(b"cannot write to standard output", result.stderr)
+        self.assertIn(b" Not set!\n\r\nLimits:\r\n", result.stdout)
+        self.assertRegex(result.stderr, rb"left out: the library has [\s\S]*"
+                         rb"'module' \(17\) left out: its line on user32.dll")
 
-    @unittest.skipIf(ON_WINDOWS, "Wine hands on a closed pipe in its own way")
-    def test_reader_gone_or_output_closed(self):
+    def test_output_full_closed_or_without_reader(self):
         reader, writer = os.pipe()
         os.close(reader)
-        for shell in ("exec", "exec >&-; exec"):
-            result = run("-c", f'{shell} "$0"', PRODUCT / PROGRAM, program="sh", stdout=writer)
+        # Wine hands on a closed pipe in its own way.
+        for output in (">/dev/full",) if ON_WINDOWS else (">/dev/full", ">&-", ""):
+            result = run(launcher=["sh", "-c", f'exec "$@" {output}', "sh", *LAUNCHER], stdout=writer)
             self.assertEqual(result.returncode, 1)
             self.assertIn(b"cannot write to standard output", result.stderr)
-        os.close(writer)
 
     @unittest.skipIf(ON_WINDOWS, "the terminal is this system's")
     def test_progress_on_a_terminal(self):
@@ -130,22 +103,19 @@ class CommandLine(unittest.TestCase):
 
 @unittest.skipUnless(ON_WINDOWS, "the console is Windows'")
 class OnConsole(unittest.TestCase):
-    def on_console(self, *arguments, key=b""):
+    def on_console(self, *arguments):
         ours, terminal = os.openpty()
         fcntl.ioctl(terminal, termios.TIOCSWINSZ, struct.pack("HHHH", 50, 500, 0, 0))
         process = subprocess.Popen(["wine", PRODUCT / PROGRAM, *arguments], stdin=terminal,
-                                   stdout=terminal, stderr=terminal, env=ENVIRONMENT,
-                                   start_new_session=True)
+                                   stdout=terminal, stderr=terminal, start_new_session=True)
         os.close(terminal)
         shown = b""
-        try:
+        with contextlib.suppress(OSError):  # the end
             while part := os.read(ours, 10000):
                 shown += part
-                if key and b"press a key" in shown:
+                if b"press a key" in shown:
                     self.assertIsNone(process.poll())
-                    os.write(ours, key)
-        except OSError:
-            pass  # the end
+                    os.write(ours, b"x")
         self.assertEqual(process.wait(120), 0, shown)
         return shown.decode()
 
@@ -154,7 +124,7 @@ class OnConsole(unittest.TestCase):
                       self.on_console("-s", "15", "-e", "\u0438\u043c\u044f_\u65e5"))
 
     def test_double_click_saves_among_the_documents(self):
-        shown = self.on_console(key=b"x")
+        shown = self.on_console()
         path = re.search(r"report saved in C:\\(.*\\Support report [-0-9. ]+\.txt)", shown)[1]
         saved = pathlib.Path(os.environ["WINEPREFIX"], "drive_c", *path.split("\\"))
         self.assertTrue(saved.read_bytes().startswith(b"=" * 72 + b"\r\n"))
@@ -162,84 +132,70 @@ class OnConsole(unittest.TestCase):
 
 
 class Files(unittest.TestCase):
-    def setUp(self):
-        self.directory = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory(prefix="qb report")))
+    OLD = b"an older and much longer report" * 1000
 
-    def test_names_of_all_kinds(self):
+    def setUp(self):
+        self.directory = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory(prefix=PREFIX)))
+        self.target = self.directory / NAME
+        self.target.write_bytes(self.OLD)
+
+    def assert_unchanged(self):
+        self.assertEqual(self.target.read_bytes(), self.OLD)
+        self.assertEqual(os.listdir(self.directory), [NAME])
+
+    def test_saved_whole_under_names_of_all_kinds(self):
         # The longest name that the file system of these tests takes has 255 bytes.
-        for name in (NAME, "n" * 252, "\u00e9" * 126):
+        names = (NAME, "n" * 252, "\u00e9" * 126)
+        for name in names:
             with self.subTest(name):
                 variable = "QB_" + name[:6]
-                result = run("-s", "environment", "-e", variable, "-o", name,
-                             directory=self.directory)
-                self.assertEqual(result.returncode, 0, result.stderr)
+                result = run("-s", "15", "-e", variable, "-o", name, cwd=self.directory)
+                self.assertEqual((result.returncode, result.stdout), (0, b""), result.stderr)
                 self.assertIn(name, result.stderr.decode())
                 self.assertEqual((self.directory / name).read_bytes().decode(),
                                  f"   Environment: [{variable}] = Not set!\n\r\n")
-                self.assertIn(name, os.listdir(self.directory))
-        self.assertEqual(len(os.listdir(self.directory)), 3)
-
-    def test_program_in_a_directory_of_any_name(self):
-        directory = self.directory / "\u0438\u043c\u044f [\u65e5] 100%"
-        directory.mkdir()
-        for file in PROGRAM, LIBRARY:
-            shutil.copy(PRODUCT / file, directory)
-        result = run("-s", "app-directory", program=directory / PROGRAM)
-        self.assertEqual((result.returncode, result.stderr), (0, b""))
-        self.assertRegex(result.stdout.decode(), r"App: +\[.*/\u0438\u043c\u044f \[\u65e5\] 100%\] \(")
-
-    def test_saved_whole(self):
-        target = self.directory / NAME
-        target.write_bytes(b"an older and much longer report" * 1000)
-        result = run("-s", "banner", "-o", NAME, directory=self.directory)
-        self.assertEqual((result.returncode, result.stdout), (0, b""), result.stderr)
-        self.assertEqual(target.stat().st_size, 816)
-        self.assertEqual(os.listdir(self.directory), [NAME])
+        self.assertEqual(set(os.listdir(self.directory)), set(names))
 
     @unittest.skipIf(ON_WINDOWS, "the limit is this system's")
     def test_full_disk_leaves_the_old_file(self):
-        target = self.directory / NAME
-        target.write_bytes(b"the old report")
         # Beyond the limit a write fails, as Python has its children ignore the signal.
-        result = run("-o", target, limit=500)
+        result = run("-o", self.target, launcher=["prlimit", "--fsize=500"])
         self.assertEqual((result.returncode, result.stdout), (1, b""))
         self.assertIn(b"cannot save the report", result.stderr)
-        self.assertEqual(target.read_bytes(), b"the old report")
-        self.assertEqual(os.listdir(self.directory), [NAME])
+        self.assert_unchanged()
 
-    @unittest.skipIf(not SLOW_DISK, "the slow disk is this system's, and without sanitizers")
+    @unittest.skipIf(ON_WINDOWS or SANITIZERS, "the slow disk is this system's, and without sanitizers")
     def test_interrupted_run_leaves_the_old_file(self):
-        target = self.directory / NAME
         # By name and place: a preloaded file's path may hold no space.
-        place, name = os.path.split(SLOW_DISK)
+        place, name = os.path.split(OTHER_LIBRARY)
         slow = {**os.environ, "LD_PRELOAD": name, "LD_LIBRARY_PATH": place}
         for stop in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
-            target.write_bytes(b"the old report")
-            process = subprocess.Popen([PRODUCT / PROGRAM, "-o", target], stderr=subprocess.PIPE,
-                                       env=slow)
+            process = subprocess.Popen([PRODUCT / PROGRAM, "-o", self.target], env=slow,
+                                       stderr=subprocess.PIPE)
             while len(os.listdir(self.directory)) < 2 and process.poll() is None:
                 time.sleep(0.01)
             process.send_signal(stop)
             self.assertIn(b"interrupted", process.communicate(timeout=60)[1])
             self.assertEqual(process.returncode, 1)
-            self.assertEqual(target.read_bytes(), b"the old report")
-            self.assertEqual(os.listdir(self.directory), [NAME])
+            self.assert_unchanged()
 
-    def test_library_missing_or_wrong(self):
+    def test_library_missing_wrong_and_right(self):
         program = shutil.copy(PRODUCT / PROGRAM, self.directory)
-        library = self.directory / LIBRARY
         other = pathlib.Path(OTHER_LIBRARY).read_bytes()
         for content, message in ((None, "cannot load"), (b"", "cannot load"),
                                  (b"garbage" * 99, "cannot load"),
                                  (other, "lacks the function QbSupportGetInfo")):
             with self.subTest(message):
                 if content is not None:
-                    library.write_bytes(content)
+                    (self.directory / LIBRARY).write_bytes(content)
                 # A good library in the current directory must not take its place.
-                result = run(program=program, directory=PRODUCT)
+                result = run(program=program, cwd=PRODUCT)
                 self.assertEqual((result.returncode, result.stdout), (1, b""))
                 self.assertRegex(result.stderr.decode(), r"\Aqbreport: .*" + message)
+        shutil.copy(PRODUCT / LIBRARY, self.directory)
+        result = run("-s", "app-directory", program=program)
+        self.assertEqual((result.returncode, result.stderr), (0, b""))
+        self.assertRegex(result.stdout.decode(), rf"App: +\[.*/{re.escape(self.directory.name)}\] \(")
 
 
-if __name__ == "__main__":
-    unittest.main(argv=sys.argv[:1])
+unittest.main(argv=sys.argv[:1])

@@ -13,15 +13,8 @@
 
 namespace {
 
-using qbsupport::Report;
-using qbsupport::ReportOptions;
-
-bool Keep(char* /*text*/) {
-    return true;
-}
-
 // Sections of a library that says only their kind and argument, "9:" or "10:dir".
-Report ComposeFake(const ReportOptions& options, const std::vector<int>& failing) {
+auto ComposeFake(const qbsupport::ReportOptions& options, const std::vector<int>& failing) {
     std::string text;
     return qbsupport::detail::Compose(options, [&](int kind, unsigned flags, const char* argument) {
         text = std::to_string(kind) + ':' + argument;
@@ -29,7 +22,7 @@ Report ComposeFake(const ReportOptions& options, const std::vector<int>& failing
             text += "\r\n";
         }
         const bool fails = std::count(failing.begin(), failing.end(), kind) != 0;
-        return qbsupport::Buffer(fails ? nullptr : text.data(), {Keep});
+        return qbsupport::Buffer(fails ? nullptr : text.data(), {[](char*) { return true; }});
     });
 }
 
@@ -49,34 +42,26 @@ TEST(WholeReport, SetsSectionsApartAndLinesTogether) {
         {{16, 9, 17}, {16}, "9:\r\n", {16, 17, 17}},
         {{77, 15}, {77}, "15:A15:B\r\n", {77}},
     };
-    ReportOptions options;
+    qbsupport::ReportOptions options;
     options.appDirectory = "dir";
     options.variables = {"A", "B"};
     options.modules = {"one", "two"};
     for (const auto& [kinds, failing, text, failed] : cases) {
         options.kinds = kinds;
-        const Report report = ComposeFake(options, failing);
+        const auto report = ComposeFake(options, failing);
         EXPECT_EQ(report.text, text);
         std::vector<int> missing;
         for (const qbsupport::FailedSection& section : report.failed) {
             missing.push_back(section.section.kind);
-            EXPECT_EQ(section.tried,
-                      std::count(failing.begin(), failing.end(), missing.back()) != 0);
         }
         EXPECT_EQ(missing, failed) << text;
     }
 }
 
 TEST(WholeReport, HasAllKindsButThoseWithoutAnArgument) {
-    std::string steps;
-    ReportOptions options;
-    options.progress = [&](std::size_t step, std::size_t count, const char* name) {
-        steps += std::to_string(step) + '/' + std::to_string(count) + ' ' + name + ' ';
-    };
-    EXPECT_EQ(ComposeFake(options, {}).text,
+    EXPECT_EQ(ComposeFake({}, {}).text,
               "1:\r\n2:\r\n3:\r\n4:\r\n5:\r\n6:\r\n7:\r\n8:\r\n9:\r\n11:Software\r\n14:\r\n16:\r\n"
               "18:\r\n20:\r\n");
-    EXPECT_EQ(steps.substr(0, 22), "1/14 banner 2/14 date-");
     // The linked library, on the stand-in.
     EXPECT_NE(qbsupport::WholeReport().text.find("\nRegistry:\r\n"), std::string::npos);
 }
