@@ -23,7 +23,7 @@ void Say(const std::string& message) {
 
 // The progress line would disturb a report that goes to the same screen.
 bool WantsProgress(const Options& options) {
-    return IsTerminal(stderr) && (!options.outputFile.empty() || !IsTerminal(stdout));
+    return IsTerminal(stderr) && (!options.outputFiles.empty() || !IsTerminal(stdout));
 }
 
 qbsupport::Report Compose(const qbsupport::Library& library, const Options& options) {
@@ -46,6 +46,20 @@ bool SayFailed(const std::vector<qbsupport::FailedSection>& failed, const Option
     return isComplete;
 }
 
+// A module that is not found is no failed section to the library, which writes so in its line.
+bool SayNotFound(const qbsupport::Library& library, const std::vector<std::string>& modules) {
+    bool isComplete = true;
+    for (const std::string& module : modules) {
+        const std::string line =
+            library.Section(QbSupportModule, 0, AnsiOf(module)).value_or(std::string());
+        if (!module.empty() && line.find("[Modul or version info not found!]") != line.npos) {
+            Say("module " + module + " not found, or it has no version");
+            isComplete = false;
+        }
+    }
+    return isComplete;
+}
+
 ExitStatus Print(std::string (&print)(const std::string&), const std::string& text) {
     const std::string problem = print(text);
     if (problem.empty()) {
@@ -55,13 +69,15 @@ ExitStatus Print(std::string (&print)(const std::string&), const std::string& te
     return kFailure;
 }
 
-ExitStatus Save(const std::string& report, const std::string& path) {
-    const std::string problem = SaveReport(report, path);
-    if (problem.empty()) {
-        Say("report saved in " + FullPath(path));
-        return kSuccess;
+ExitStatus Save(const std::string& report, const std::vector<std::string>& paths) {
+    for (const std::string& path : paths) {
+        const std::string problem = SaveReport(report, path);
+        if (problem.empty()) {
+            Say("report saved in " + FullPath(path));
+            return kSuccess;
+        }
+        Say("cannot save the report in " + path + ": " + problem);
     }
-    Say("cannot save the report in " + path + ": " + problem);
     return kFailure;
 }
 
@@ -72,19 +88,20 @@ ExitStatus WriteReport(const Options& options) {
         return kFailure;
     }
     const qbsupport::Report report = Compose(library, options);
-    const bool isComplete = SayFailed(report.failed, options);
+    bool isComplete = SayFailed(report.failed, options);
+    isComplete = SayNotFound(library, options.namedModules) && isComplete;
     if (report.text.empty() && !report.failed.empty()) {
         return kFailure;
     }
-    const ExitStatus status = options.outputFile.empty() ? Print(PrintReport, report.text)
-                                                         : Save(report.text, options.outputFile);
+    const ExitStatus status = options.outputFiles.empty() ? Print(PrintReport, report.text)
+                                                          : Save(report.text, options.outputFiles);
     return isComplete ? status : kFailure;
 }
 
 // The window of a double click closes with the program, so the report goes to a file, and the user
 // gets time to read where it is.
 ExitStatus SaveForExplorer(Options& options) {
-    options.outputFile = NewReportPath();
+    options.outputFiles = NewReportPaths();
     const ExitStatus status = WriteReport(options);
     Say("press a key to close this window");
     WaitForKey();

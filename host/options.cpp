@@ -11,7 +11,7 @@ using qbsupport::SectionKind;
 
 // Replaces a section's name by its number.
 std::string TakeSection(std::string& nameOrNumber) {
-    const std::string wanted = CLI::detail::trim_copy(nameOrNumber);
+    const std::string wanted = CLI::detail::to_lower(CLI::detail::trim_copy(nameOrNumber));
     for (const SectionKind& section : kSectionKinds) {
         const std::string number = std::to_string(section.kind);
         if (wanted == section.name || wanted == number) {
@@ -75,7 +75,7 @@ struct ArgumentOption {
 // The variables and modules replace those of a report without options.
 CLI::Option* AddList(CLI::App& app, const char* names, std::vector<std::string>& list,
                      const char* help) {
-    return app.add_option(names, list, help)->allow_extra_args(false);
+    return app.add_option(names, list, help)->expected(1)->take_all()->allow_extra_args(false);
 }
 
 std::vector<ArgumentOption> AddArgumentOptions(CLI::App& app, qbsupport::ReportOptions& report) {
@@ -106,14 +106,18 @@ std::vector<ArgumentOption> AddArgumentOptions(CLI::App& app, qbsupport::ReportO
 }
 
 void AddOptions(CLI::App& app, Options& options) {
-    app.add_option("-o,--output", options.outputFile,
+    app.add_option("-o,--output", options.outputFiles,
                    "save the report in FILE, whole or not at all; - is standard output")
         ->type_name("FILE")
+        ->expected(1)
+        ->allow_extra_args(false)
         ->check(RefuseEmptyName);
     app.add_option("-s,--sections", options.report.kinds,
                    "only these, by name or number, comma-separated")
         ->type_name("LIST")
         ->delimiter(',')
+        ->expected(1)
+        ->take_all()
         ->allow_extra_args(false)
         ->transform(CLI::Validator(TakeSection, ""));
     app.add_flag_callback(
@@ -161,8 +165,16 @@ std::string ParseOptions(std::vector<std::string> arguments, Options& options) {
     std::string problem = Parse(app, std::move(arguments), options.text);
     qbsupport::ReportOptions& report = options.report;
     report.machineAppKey = report.userAppKey;
-    options.outputFile = options.outputFile == "-" ? "" : options.outputFile;
+    if (options.outputFiles == std::vector<std::string>{"-"}) {
+        options.outputFiles.clear();
+    }
     options.namedKinds = report.kinds;
+    const bool showsModules =
+        report.kinds.empty() ||
+        std::count(report.kinds.begin(), report.kinds.end(), QbSupportModule) > 0;
+    if (app.count("--module") > 0 && showsModules) {
+        options.namedModules = report.modules;
+    }
     for (const auto& [option, kinds] : argumentOptions) {
         if (option->count() > 0) {
             options.namedKinds.insert(options.namedKinds.end(), kinds.begin(), kinds.end());

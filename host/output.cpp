@@ -85,12 +85,8 @@ File CreateTemporaryFile(const std::string& target, std::string& path) {
     return file;
 }
 
-std::string WriteDevice(const std::string& report, const std::string& path) {
-    File file(OpenDevice(path));
-    if (file == nullptr || !WriteAnsi(file.get(), report) || !Close(std::move(file))) {
-        return LastErrorText();
-    }
-    return "";
+std::string WriteDevice(File file, const std::string& report) {
+    return WriteAnsi(file.get(), report) && Close(std::move(file)) ? "" : LastErrorText();
 }
 
 std::string WriteTemporaryFile(File file, const std::string& report) {
@@ -132,5 +128,9 @@ std::string PrintReport(const std::string& report) {
 }
 
 std::string SaveReport(const std::string& report, const std::string& path) {
-    return IsDevice(path) ? WriteDevice(report, path) : ReplaceFileContent(report, FullPath(path));
+    File device(OpenDevice(path));
+    if (device != nullptr) {
+        return WriteDevice(std::move(device), report);
+    }
+    return errno == 0 ? ReplaceFileContent(report, FullPath(path)) : LastErrorText();
 }

@@ -30,8 +30,10 @@ std::string ExecutableDirectory();
 /// Loads the library that lies beside this program's file, and no other.
 qbsupport::Library LoadLibraryBesideExecutable();
 
-/// Where a new report goes when the user did not say: a file among the user's documents.
-std::string NewReportPath();
+/// Where a new report goes when the user did not say, best first: a file among the user's
+/// documents, beside the program, among the temporary files. A directory that the system does not
+/// tell is left out; at least one path is given.
+std::vector<std::string> NewReportPaths();
 
 /// Whether the program has a console, and no other program shares it.
 bool OwnsConsole();
@@ -53,14 +55,13 @@ void SetBinaryMode(std::FILE* stream);
 /// Why the standard library's last call failed.
 std::string LastErrorText();
 
-/// Whether the path names a device, a pipe or the like: something that exists and is not a file.
-bool IsDevice(const std::string& path);
-
-/// The file that the path leads to, in full, or the path itself where there is no such file.
-std::string FullPath(const std::string& path);
-
-/// Opens a device for writing in binary; null with errno set on failure.
+/// Opens a device, a pipe or the like for writing in binary: something that exists and is not a
+/// file. Null with errno 0 where the path names no such thing, with another errno on failure.
 std::FILE* OpenDevice(const std::string& path);
+
+/// The path in full, on POSIX systems that of the file which links lead to; the path itself where
+/// the system does not tell.
+std::string FullPath(const std::string& path);
 
 /// Creates a file that must not exist yet, for writing in binary; null with errno set on failure.
 std::FILE* CreateNewFile(const std::string& path);

@@ -49,8 +49,8 @@ qbsupport::Library LoadLibraryBesideExecutable() {
     return qbsupport::Library((ExecutableLocation() + qbsupport::kLibraryFileName).c_str());
 }
 
-std::string NewReportPath() {
-    return NewReportName();
+std::vector<std::string> NewReportPaths() {
+    return {NewReportName()};
 }
 
 bool OwnsConsole() {
@@ -78,18 +78,18 @@ std::string LastErrorText() {
     return std::strerror(errno);
 }
 
-bool IsDevice(const std::string& path) {
+std::FILE* OpenDevice(const std::string& path) {
     struct stat status = {};
-    return stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode);
+    if (stat(path.c_str(), &status) != 0 || S_ISREG(status.st_mode)) {
+        errno = 0;
+        return nullptr;
+    }
+    return std::fopen(path.c_str(), "wb");
 }
 
 std::string FullPath(const std::string& path) {
     char full[PATH_MAX] = {};
     return realpath(path.c_str(), full) != nullptr ? full : path;
-}
-
-std::FILE* OpenDevice(const std::string& path) {
-    return std::fopen(path.c_str(), "wb");
 }
 
 std::FILE* CreateNewFile(const std::string& path) {

@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 
 #include <cerrno>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 
@@ -139,16 +140,24 @@ qbsupport::Library LoadLibraryBesideExecutable() {
     return qbsupport::Library(path.c_str());
 }
 
-std::string NewReportPath() {
+std::vector<std::string> NewReportPaths() {
+    const std::string name = '\\' + NewReportName();
+    std::vector<std::string> paths;
     // Loaded here, so that a report on this process does not show it without need.
     const qbsupport::detail::Module shell(LoadLibraryW(L"shell32.dll"));
     const auto getFolder = qbsupport::detail::FindFunction<decltype(&SHGetFolderPathW)>(
         shell.get(), "SHGetFolderPathW");
-    wchar_t documents[MAX_PATH] = L".";
-    if (getFolder != nullptr) {
-        getFolder(nullptr, CSIDL_PERSONAL, nullptr, SHGFP_TYPE_CURRENT, documents);
+    wchar_t documents[MAX_PATH] = L"";
+    if (getFolder != nullptr &&
+        getFolder(nullptr, CSIDL_PERSONAL, nullptr, SHGFP_TYPE_CURRENT, documents) == S_OK) {
+        paths.push_back(Narrow(CP_UTF8, documents) + name);
     }
-    return Narrow(CP_UTF8, documents) + '\\' + NewReportName();
+    paths.push_back(ExecutableDirectory() + name);
+    wchar_t temporary[MAX_PATH + 1] = L"";
+    if (GetTempPathW(MAX_PATH + 1, temporary) != 0) {
+        paths.push_back(Narrow(CP_UTF8, temporary) + name);
+    }
+    return paths;
 }
 
 bool OwnsConsole() {
@@ -192,25 +201,25 @@ std::string LastErrorText() {
     return readerIsGone ? "the reader has gone" : std::strerror(errno);
 }
 
-bool IsDevice(const std::string& path) {
-    // The console cannot be opened without any access.
+std::FILE* OpenDevice(const std::string& path) {
+    // Once and with the access that the text needs: a pipe may have a single instance.
     const HANDLE handle = CreateFileW(SystemPath(path).c_str(), GENERIC_WRITE,
                                       FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
                                       nullptr, OPEN_EXISTING, 0, nullptr);
+    errno = 0;
     if (handle == INVALID_HANDLE_VALUE) {
-        return false;
+        return nullptr;
     }
-    const DWORD type = GetFileType(handle);
-    CloseHandle(handle);
-    return type != FILE_TYPE_DISK;
+    if (GetFileType(handle) == FILE_TYPE_DISK) {
+        CloseHandle(handle);
+        return nullptr;
+    }
+    const int file = _open_osfhandle(reinterpret_cast<std::intptr_t>(handle), _O_BINARY);
+    return file >= 0 ? _fdopen(file, "wb") : nullptr;
 }
 
 std::string FullPath(const std::string& path) {
     return Narrow(CP_UTF8, WideFullPath(path));
-}
-
-std::FILE* OpenDevice(const std::string& path) {
-    return _wfopen(SystemPath(path).c_str(), L"wb");
 }
 
 std::FILE* CreateNewFile(const std::string& path) {
@@ -232,7 +241,7 @@ std::string RenameOver(const std::string& from, const std::string& to) {
     const DWORD error = GetLastError();
     return error == ERROR_ACCESS_DENIED || error == ERROR_SHARING_VIOLATION
                ? "it is write-protected, in use or a directory"
-               : "Windows error " + std::to_string(error);
+               : Utf8Of(qbsupport::detail::SystemMessage(error));
 }
 
 void RemoveFile(const std::string& path) {

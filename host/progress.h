@@ -13,6 +13,7 @@ public:
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
 
+    /// Replaces the line: step `step` of `stepCount`, and its name.
     void Show(std::size_t step, std::size_t stepCount, const char* name);
 
 private:

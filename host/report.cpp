@@ -36,9 +36,13 @@ std::string FailureText(const qbsupport::FailedSection& failed) {
         return text + "its line on " + Utf8Of(failed.argument) + " belongs below '" +
                qbsupport::SectionKindOf(failed.section.continues).name + "'";
     }
-    return text + (failed.argument.empty()
-                       ? "the library has nothing to report"
-                       : "the library has no report on " + Utf8Of(failed.argument));
+    if (failed.argument.empty()) {
+        return text + "the library has nothing to report";
+    }
+    text += "the library has no report on " + Utf8Of(failed.argument);
+    return failed.section.kind == QbSupportModules
+               ? text + ": no program of this name runs (letter case counts)"
+               : text;
 }
 
 std::string NewReportName() {

@@ -161,7 +161,7 @@ void Save() {
     if (!IsWindowEnabled(Control(WINDOW_SAVE))) {
         return;  // Ctrl+S does not ask the button
     }
-    std::wstring path = Widen(CP_UTF8, NewReportPath());
+    std::wstring path = Widen(CP_UTF8, NewReportPaths().front());
     path.resize(32768);
     OPENFILENAMEW dialog = {};
     dialog.lStructSize = sizeof(dialog);
