@@ -3,9 +3,8 @@
 
 #include <algorithm>
 #include <cwchar>
-#include <iterator>
+#include <exception>
 #include <memory>
-#include <new>
 #include <string>
 #include <utility>
 
@@ -25,15 +24,16 @@ constexpr UINT kScaledMessage = WM_APP + 2;  // Windows has scaled the controls
 
 // What the worker thread hands over.
 struct Result {
-    qbsupport::Report report;
-    std::string problem;  // why there is no report
+    std::string status = "No report: out of memory";  // or which sections the report has not
+    std::string report;                               // its own bytes; empty where there is none
 };
 
-// The program has one window. All of this is the user interface thread's.
+// The program has one window. All else here is the user interface thread's alone.
 HWND window = nullptr;
 HFONT textFont = nullptr;
 std::string savedText;       // the report's own bytes
 std::wstring displayedText;  // the same as the text control has it
+std::string status;          // what the row says but for a search that fails
 HWND findDialog = nullptr;
 UINT findMessage = 0;
 wchar_t wantedText[128] = L"";
@@ -50,29 +50,32 @@ HWND Control(int number) {
     return GetDlgItem(window, number);
 }
 
-std::unique_ptr<Result> Compose(HWND receiver) {
-    auto result = std::make_unique<Result>();
+void Compose(Result& result) {
     const qbsupport::Library library = LoadLibraryBesideExecutable();
     if (!library.IsLoaded()) {
-        result->problem = Utf8Of(library.Error());
-        return result;
+        result.status = "No report: " + Utf8Of(library.Error());
+        return;
     }
     qbsupport::ReportOptions options = ForLibrary(DefaultReportOptions());
-    options.progress = [receiver](std::size_t step, std::size_t count, const char*) {
-        PostMessageW(receiver, kProgressMessage, step, static_cast<LPARAM>(count));
+    options.progress = [](std::size_t step, std::size_t count, const char*) {
+        PostMessageW(window, kProgressMessage, step, static_cast<LPARAM>(count));
     };
-    result->report = library.WholeReport(options);
-    return result;
+    qbsupport::Report report = library.WholeReport(options);
+    std::string failures;
+    for (const qbsupport::FailedSection& failed : report.failed) {
+        failures += (failures.empty() ? "" : "; ") + FailureText(failed);
+    }
+    result.status = std::move(failures);
+    result.report = std::move(report.text);
 }
 
 DWORD WINAPI ComposeOnThread(void* context) {
-    const HWND receiver = static_cast<HWND>(context);
-    std::unique_ptr<Result> result;
+    std::unique_ptr<Result> result(static_cast<Result*>(context));
     try {
-        result = Compose(receiver);
-    } catch (const std::bad_alloc&) {  // then there is no result
+        Compose(*result);
+    } catch (const std::exception&) {  // as the status says from the start
     }
-    if (PostMessageW(receiver, kDoneMessage, 0, reinterpret_cast<LPARAM>(result.get()))) {
+    if (PostMessageW(window, kDoneMessage, 0, reinterpret_cast<LPARAM>(result.get()))) {
         static_cast<void>(result.release());
     }
     return 0;
@@ -106,14 +109,17 @@ void SetTextFont() {
     DeleteObject(before);
 }
 
+SIZE ButtonSize() {
+    RECT button = {};
+    GetWindowRect(Control(IDCANCEL), &button);
+    return {button.right - button.left, button.bottom - button.top};
+}
+
 // The text above, a row with the status and the buttons below; all from the size of a button.
 void LayOut() {
     RECT area = {};
-    RECT button = {};
     GetClientRect(window, &area);
-    GetWindowRect(Control(IDCANCEL), &button);
-    const int width = button.right - button.left;
-    const int height = button.bottom - button.top;
+    const auto [width, height] = ButtonSize();
     const int gap = height / 3;
     const int top = area.bottom - gap - height;
     int left = area.right;
@@ -125,42 +131,35 @@ void LayOut() {
         MoveWindow(Control(number), gap, top, std::max(left - 2 * gap, 0), height, TRUE);
     }
     MoveWindow(Control(WINDOW_TEXT), 0, 0, area.right, std::max(top - gap, 0), TRUE);
+    InvalidateRect(Control(WINDOW_STATUS), nullptr, TRUE);
 }
 
-void ShowResult(std::unique_ptr<Result> result) {
+void ShowResult(const Result& result) {
     ShowWindow(Control(WINDOW_PROGRESS), SW_HIDE);
     ShowWindow(Control(WINDOW_STATUS), SW_SHOW);
-    if (result == nullptr || !result->problem.empty()) {
-        ShowStatus("No report: " + (result == nullptr ? "out of memory" : result->problem));
-        return;
-    }
-    savedText = std::move(result->report.text);
-    displayedText = DisplayedText(savedText);
-    SetWindowTextW(Control(WINDOW_TEXT), displayedText.c_str());
-    std::string status;
-    for (const qbsupport::FailedSection& failed : result->report.failed) {
-        status += (status.empty() ? "" : "; ") + FailureText(failed);
-    }
+    savedText = result.report;
+    status = result.status;
     ShowStatus(status);
-    EnableWindow(Control(WINDOW_SAVE), TRUE);
+    // The row may be too short for why there is no report.
+    displayedText = savedText.empty() ? Widen(CP_UTF8, status) : DisplayedText(savedText);
+    SetWindowTextW(Control(WINDOW_TEXT), displayedText.c_str());
+    EnableWindow(Control(WINDOW_SAVE), !savedText.empty());
     EnableWindow(Control(WINDOW_COPY), TRUE);
 }
 
 void Start() {
     SetTextFont();
     LayOut();
-    const HANDLE thread = CreateThread(nullptr, 0, ComposeOnThread, window, 0, nullptr);
+    auto result = std::make_unique<Result>();
+    const HANDLE thread = CreateThread(nullptr, 0, ComposeOnThread, result.get(), 0, nullptr);
     if (thread == nullptr) {
-        ShowResult(nullptr);
-        return;
+        return ShowResult(*result);
     }
+    static_cast<void>(result.release());
     CloseHandle(thread);
 }
 
 void Save() {
-    if (!IsWindowEnabled(Control(WINDOW_SAVE))) {
-        return;  // Ctrl+S does not ask the button
-    }
     std::wstring path = Widen(CP_UTF8, NewReportPaths().front());
     path.resize(32768);
     OPENFILENAMEW dialog = {};
@@ -174,26 +173,24 @@ void Save() {
                    OFN_DONTADDTORECENT;
     const auto askForName =
         SystemFunction<decltype(&GetSaveFileNameW)>(L"comdlg32.dll", "GetSaveFileNameW");
-    if (askForName == nullptr || !askForName(&dialog)) {
-        return;
+    if (savedText.empty() || askForName == nullptr || !askForName(&dialog)) {
+        return;  // Ctrl+S comes without a text, too
     }
     const std::string target = Narrow(CP_UTF8, path.c_str());
     const std::string problem = SaveReport(savedText, target);
-    if (problem.empty()) {
-        ShowStatus("Saved in " + FullPath(target));
-        return;
+    status = problem.empty() ? "Saved in " + FullPath(target)
+                             : "Cannot save the report in " + target + ": " + problem;
+    ShowStatus(status);
+    if (!problem.empty()) {
+        MessageBoxW(window, Widen(CP_UTF8, status).c_str(), L"Support report", MB_ICONERROR);
     }
-    const std::string message = "Cannot save the report in " + target + ": " + problem;
-    ShowStatus(message);
-    MessageBoxW(window, Widen(CP_UTF8, message).c_str(), L"Support report", MB_ICONERROR);
 }
 
 std::pair<DWORD, DWORD> Selection() {
-    DWORD start = 0;
-    DWORD end = 0;
-    SendMessageW(Control(WINDOW_TEXT), EM_GETSEL, reinterpret_cast<WPARAM>(&start),
-                 reinterpret_cast<LPARAM>(&end));
-    return {start, end};
+    std::pair<DWORD, DWORD> selection;
+    SendMessageW(Control(WINDOW_TEXT), EM_GETSEL, reinterpret_cast<WPARAM>(&selection.first),
+                 reinterpret_cast<LPARAM>(&selection.second));
+    return selection;
 }
 
 void Select(std::size_t start, std::size_t length) {
@@ -212,41 +209,34 @@ void Copy(bool selectionOnly) {
 
 void OpenFindDialog() {
     if (findDialog != nullptr) {
-        SetFocus(findDialog);
-        return;
+        return static_cast<void>(SetFocus(findDialog));
     }
     find.lStructSize = sizeof(find);
     find.hwndOwner = window;
     find.lpstrFindWhat = wantedText;
     find.wFindWhatLen = static_cast<WORD>(std::size(wantedText));
-    find.Flags = FR_DOWN | FR_HIDEWHOLEWORD;
+    find.Flags = FR_DOWN | FR_HIDEWHOLEWORD | FR_HIDEMATCHCASE;
     const auto openDialog = SystemFunction<decltype(&FindTextW)>(L"comdlg32.dll", "FindTextW");
     findDialog = openDialog != nullptr ? openDialog(&find) : nullptr;
 }
 
 void Find(bool down) {
     if (*wantedText == L'\0') {
-        OpenFindDialog();
-        return;
+        return OpenFindDialog();
     }
     std::wstring text = displayedText;
     std::wstring wanted = wantedText;
-    if ((find.Flags & FR_MATCHCASE) == 0) {
-        CharLowerBuffW(text.data(), static_cast<DWORD>(text.size()));
-        CharLowerBuffW(wanted.data(), static_cast<DWORD>(wanted.size()));
-    }
+    CharLowerBuffW(text.data(), static_cast<DWORD>(text.size()));
+    CharLowerBuffW(wanted.data(), static_cast<DWORD>(wanted.size()));
     const auto [start, end] = Selection();
-    std::size_t found = std::wstring::npos;
-    if (down) {
-        found = text.find(wanted, end);
-    } else if (start > 0) {
-        found = text.rfind(wanted, start - 1);
-    }
+    // One before the first character is the far end, from where it searches then.
+    std::size_t found = down ? text.find(wanted, end) : text.rfind(wanted, std::size_t{start} - 1);
     if (found == std::wstring::npos) {  // on from the other end
         found = down ? text.find(wanted) : text.rfind(wanted);
     }
     if (found != std::wstring::npos) {
         Select(found, wanted.size());
+        ShowStatus(status);
     } else {
         ShowStatus("Not found: " + Narrow(CP_UTF8, wantedText));
         MessageBeep(MB_ICONWARNING);
@@ -268,14 +258,13 @@ void RunCommand(int command) {
         case WINDOW_FIND_PREVIOUS:
             return Find(command == WINDOW_FIND_NEXT);
         case IDCANCEL:
-            DestroyWindow(window);
-            return;
+            return static_cast<void>(DestroyWindow(window));
         default:
             return;
     }
 }
 
-INT_PTR CALLBACK Receive(HWND receiver, UINT message, WPARAM wParam, LPARAM lParam) {
+INT_PTR Handle(HWND receiver, UINT message, WPARAM wParam, LPARAM lParam) {
     if (message == findMessage) {
         if ((find.Flags & FR_DIALOGTERM) != 0) {
             findDialog = nullptr;
@@ -295,11 +284,15 @@ INT_PTR CALLBACK Receive(HWND receiver, UINT message, WPARAM wParam, LPARAM lPar
             return FALSE;
         case kScaledMessage:
             SetTextFont();
-            LayOut();
-            return TRUE;
+            [[fallthrough]];
         case WM_SIZE:
             LayOut();
             return TRUE;
+        case WM_GETMINMAXINFO: {
+            const auto [width, height] = ButtonSize();
+            reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {5 * width, 10 * height};
+            return TRUE;
+        }
         case WM_COMMAND:
             RunCommand(LOWORD(wParam));
             return TRUE;
@@ -308,7 +301,7 @@ INT_PTR CALLBACK Receive(HWND receiver, UINT message, WPARAM wParam, LPARAM lPar
             SendMessageW(Control(WINDOW_PROGRESS), PBM_SETPOS, wParam, 0);
             return TRUE;
         case kDoneMessage:
-            ShowResult(std::unique_ptr<Result>(reinterpret_cast<Result*>(lParam)));
+            ShowResult(*std::unique_ptr<Result>(reinterpret_cast<Result*>(lParam)));
             return TRUE;
         case WM_DESTROY:
             PostQuitMessage(0);
@@ -318,15 +311,24 @@ INT_PTR CALLBACK Receive(HWND receiver, UINT message, WPARAM wParam, LPARAM lPar
     }
 }
 
+// No exception may cross Windows' own functions.
+INT_PTR CALLBACK Receive(HWND receiver, UINT message, WPARAM wParam, LPARAM lParam) {
+    try {
+        return Handle(receiver, message, wParam, lParam);
+    } catch (const std::exception&) {
+        SetWindowTextW(Control(WINDOW_STATUS), L"Out of memory");
+        return TRUE;
+    }
+}
+
 }  // namespace
 
 int WINAPI wWinMain(HINSTANCE program, HINSTANCE /*before*/, wchar_t* /*arguments*/,
                     int showCommand) {
     PrepareProcess();
     const INITCOMMONCONTROLSEX controls = {sizeof(controls), ICC_PROGRESS_CLASS};
-    const auto initialize =
-        SystemFunction<decltype(&InitCommonControlsEx)>(L"comctl32.dll", "InitCommonControlsEx");
-    if (initialize != nullptr) {
+    if (const auto initialize = SystemFunction<decltype(&InitCommonControlsEx)>(
+            L"comctl32.dll", "InitCommonControlsEx")) {
         initialize(&controls);
     }
     findMessage = RegisterWindowMessageW(FINDMSGSTRINGW);
