@@ -9,8 +9,8 @@
 
 #include "qbsupport/loader.hpp"
 
-/// Keeps the system from opening dialogs about missing disks, from taking libraries but its own and
-/// the one beside the program, and from ending the program when the reader of its output has gone.
+/// Keeps the system from opening dialogs about missing disks and from ending the program when the
+/// reader of its output has gone.
 void PrepareProcess();
 
 /// The command line's arguments without the program's name.

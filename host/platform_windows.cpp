@@ -64,23 +64,6 @@ bool WriteConsole(HANDLE console, const std::wstring& text) {
     return true;
 }
 
-// Libraries that QBSUPPORT.dll loads and that a program's own directory would otherwise give. A
-// report is often asked for in a directory of downloads, where anything may lie.
-void TakeLibrariesFromSystemOnly() {
-    using SetDirectories = BOOL(WINAPI*)(DWORD);
-    const auto setDirectories = qbsupport::detail::FindFunction<SetDirectories>(
-        GetModuleHandleW(L"kernel32.dll"), "SetDefaultDllDirectories");
-    if (setDirectories != nullptr && setDirectories(LOAD_LIBRARY_SEARCH_SYSTEM32)) {
-        return;
-    }
-    // Windows 7 without updates. A library that is loaded already is not looked for again.
-    std::wstring directory(kPathSize, L'\0');
-    directory.resize(GetSystemDirectoryW(directory.data(), kPathSize));
-    for (const wchar_t* const name : {L"\\version.dll", L"\\Secur32.dll", L"\\psapi.dll"}) {
-        LoadLibraryExW((directory + name).c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
-    }
-}
-
 }  // namespace
 
 std::wstring Widen(unsigned int codePage, const std::string& text) {
@@ -102,7 +85,6 @@ std::string Narrow(unsigned int codePage, const std::wstring& text) {
 
 void PrepareProcess() {
     SetErrorMode(GetErrorMode() | SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
-    TakeLibrariesFromSystemOnly();
 }
 
 std::vector<std::string> Utf8Arguments(int argc, wchar_t** argv) {

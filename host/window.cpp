@@ -39,11 +39,11 @@ UINT findMessage = 0;
 wchar_t wantedText[128] = L"";
 FINDREPLACEW find = {};
 
-// Windows' own libraries are loaded when PrepareProcess has said where from: on the program's list
-// of imports, some would load others from the program's directory before that.
+// On the list of imports, some of Windows' libraries would load others from beside the program.
 template <typename Function>
 Function SystemFunction(const wchar_t* library, const char* name) {
-    return qbsupport::detail::FindFunction<Function>(LoadLibraryW(library), name);
+    using namespace qbsupport::detail;
+    return FindFunction<Function>(LoadSystemLibrary(library), name);
 }
 
 HWND Control(int number) {

@@ -81,17 +81,36 @@ inline bool IsFullPath(const std::wstring& path) noexcept {
     return onDrive || (path.size() > 1 && isSlash(path[0]) && isSlash(path[1]));
 }
 
+/// LoadLibraryExW, also on a system without the update that brought its search flags, which
+/// Windows 7 may be: there the file is looked for at `path`.
+inline ModuleHandle LoadWithFlags(const std::wstring& name, DWORD flags, const std::wstring& path) {
+    const ModuleHandle handle = LoadLibraryExW(name.c_str(), nullptr, flags);
+    return handle == nullptr && GetLastError() == ERROR_INVALID_PARAMETER
+               ? LoadLibraryExW(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)
+               : handle;
+}
+
+/// Loads a library of Windows' own from Windows' own directory, whatever lies elsewhere. Null when
+/// there is none.
+inline ModuleHandle LoadSystemLibrary(const std::wstring& name) {
+    std::wstring path(MAX_PATH, L'\0');
+    path.resize(GetSystemDirectoryW(path.data(), MAX_PATH));
+    return LoadWithFlags(name, LOAD_LIBRARY_SEARCH_SYSTEM32, path + L'\\' + name);
+}
+
 /// Loads a file; null with `error` set when that fails.
 inline ModuleHandle LoadModule(const std::wstring& fileName, std::string& error) {
     const NoErrorDialogs noDialogs;
-    // What the library needs is Windows' own, so that no file of the same name beside it, or in
-    // the current directory, is taken for that.
-    ModuleHandle handle = IsFullPath(fileName) ? LoadLibraryExW(fileName.c_str(), nullptr,
-                                                                LOAD_LIBRARY_SEARCH_SYSTEM32)
-                                               : LoadLibraryW(fileName.c_str());
-    // A system without the update that brought that setting, which Windows 7 may be.
-    if (handle == nullptr && GetLastError() == ERROR_INVALID_PARAMETER) {
-        handle = LoadLibraryExW(fileName.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+    ModuleHandle handle = nullptr;
+    if (IsFullPath(fileName)) {
+        // The library asks for these by name alone, and gets what is loaded already.
+        for (const wchar_t* const name : {L"version.dll", L"Secur32.dll", L"psapi.dll"}) {
+            LoadSystemLibrary(name);
+        }
+        handle = LoadWithFlags(
+            fileName, LOAD_LIBRARY_SEARCH_SYSTEM32 | LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR, fileName);
+    } else {
+        handle = LoadLibraryW(fileName.c_str());
     }
     if (handle == nullptr) {
         error = LoadErrorText(GetLastError());
@@ -191,7 +210,8 @@ class Library {
 public:
     /// Loads the library from the default file name, in the system's search order. A host that
     /// ships the library beside itself passes the full path instead, so that no other directory's
-    /// file can take its place; the libraries that it needs are then Windows' own, too.
+    /// file can take its place; version.dll, Secur32.dll and psapi.dll, which it needs, are then
+    /// Windows' own, too, and stay in the process.
     Library() : Library(kLibraryFileName) {}
 
     /// Loads the library from `fileName` (on Windows in the ANSI code page). Does not throw when

@@ -50,8 +50,8 @@ class CommandLine(unittest.TestCase):
             (0, "-s 4 --no-headings --no-separators", ""),
             (0, "--sections=environment -e QB_A --variable=QB_B --no-indent",
              r"Environment: \[QB_A\] = Not set!\nEnvironment: \[QB_B\] = Not set!\n\r\n"),
-            (0, r"-s 10,17 -d 'Q:\none' -m none.dll",
-             r"   App:         \[Q:/none\] \(N/A\)\n\r\n   none.dll  \[Modul or version .*\]\r\n"),
+            (0, r"-s 10,17 -d 'Q:\none' -m ntdll.dll",
+             r"   App:         \[Q:/none\] \(N/A\)\n\r\n   ntdll.dll  \[[\d.]+\]\r\n"),
             (0, r"-s 11,12,13 -u QbNone -a 'QbNone\App'",
              r"Registry:\r\n-+\r\n   User root: .*\\QbNone\] .*\n   App: .*USER\\QbNone\\App\] .*\n"
              r"   App: .*MACHINE\\QbNone\\App\] \(N/A\)\n"),
@@ -67,6 +67,7 @@ class CommandLine(unittest.TestCase):
             (2, "report.txt", "not expected: report.txt"),
             (1, "-s reserved", r"section 'reserved' \(19\) left out"),
             (1, "-s modules -p 'no such program'", "no report on no such program"),
+            (1, "-s module -m none.dll", r"none.dll not found.*\n   none.dll  \[Modul or version"),
             (1, "-o no/such/directory/report.txt", "cannot save the report"),
         ):
             with self.subTest(arguments):
