@@ -37,16 +37,21 @@ static const struct Part kParts[] = {
     {QbSupportModule, kLine, "QBSUPPORT.dll", "\r\n"},
 };
 
-/* A section with nothing valid to report is left out, and is no reason to do without the others. */
-static int WritePart(const struct Part* part, FILE* file) {
+/* A section with nothing valid to report is left out, and is no reason to do without the others;
+   only its own lines, which would stand below another one then. */
+static int WritePart(const struct Part* part, int* hasSection, FILE* file) {
+    const int isLine = part->flags == kLine;
     char* text = NULL;
-    int written = 0;
-    if (!QbSupportGetInfo(part->kind, part->flags, &text, part->argument)) {
+    int written = 1;
+    if (isLine && !*hasSection) {
         return 1;
     }
-    written = fputs(text, file) >= 0 && fputs(part->below, file) >= 0;
-    QbSupportReleaseBuffer(text);
-    return written;
+    if (QbSupportGetInfo(part->kind, part->flags, &text, part->argument)) {
+        written = fputs(text, file) >= 0;
+        QbSupportReleaseBuffer(text);
+    }
+    *hasSection = isLine || text != NULL;
+    return written && fputs(part->below, file) >= 0;
 }
 
 int main(int count, char** arguments) {
@@ -54,9 +59,10 @@ int main(int count, char** arguments) {
     /* In binary, because the texts have their line ends already. */
     FILE* const file = fopen(name, "wb");
     int complete = file != NULL;
+    int hasSection = 0;
     size_t i = 0;
     for (; complete && i < sizeof(kParts) / sizeof(kParts[0]); ++i) {
-        complete = WritePart(&kParts[i], file);
+        complete = WritePart(&kParts[i], &hasSection, file);
     }
     if (file != NULL && fclose(file) != 0) {
         complete = 0;

@@ -1,8 +1,8 @@
 // QBSUPPORT for C++17 hosts that find the library at run time.
 //
-// Includes <windows.h> as the host has set it up: it asks for no macro, and lives with all.
-// Nothing here throws but std::bad_alloc and what the host's own progress function throws, and no
-// dialog ever opens.
+// Includes <windows.h> as the host has set it up: it asks for no macro, and lives with all but
+// NONLS. Nothing here throws but std::bad_alloc and what the host's own progress function throws,
+// and no dialog ever opens.
 #ifndef QBSUPPORT_LOADER_HPP
 #define QBSUPPORT_LOADER_HPP
 
