@@ -63,7 +63,7 @@ def whole_report(library):
 def default_path():
     # The full path, so that no other directory's file can take the library's place.
     here = os.path.dirname(os.path.abspath(__file__))
-    return os.path.join(here, "..", "bin", "QBSUPPORT.dll")
+    return os.path.join(here, "..", "bin", "ucrt", "QBSUPPORT.dll")  # Python's own run time
 
 
 def main():
