@@ -52,7 +52,8 @@ bool SayNotFound(const qbsupport::Library& library, const std::vector<std::strin
     for (const std::string& module : modules) {
         const std::string line =
             library.Section(QbSupportModule, 0, AnsiOf(module)).value_or(std::string());
-        if (!module.empty() && line.find("[Modul or version info not found!]") != line.npos) {
+        if (!module.empty() &&
+            line.find("[Modul or version info not found!]") != std::string::npos) {
             Say("module " + module + " not found, or it has no version");
             isComplete = false;
         }
@@ -69,16 +70,16 @@ ExitStatus Print(std::string (&print)(const std::string&), const std::string& te
     return kFailure;
 }
 
+bool SaveIn(const std::string& path, const std::string& report) {
+    const std::string problem = SaveReport(report, path);
+    Say(problem.empty() ? "report saved in " + FullPath(path)
+                        : "cannot save the report in " + path + ": " + problem);
+    return problem.empty();
+}
+
 ExitStatus Save(const std::string& report, const std::vector<std::string>& paths) {
-    for (const std::string& path : paths) {
-        const std::string problem = SaveReport(report, path);
-        if (problem.empty()) {
-            Say("report saved in " + FullPath(path));
-            return kSuccess;
-        }
-        Say("cannot save the report in " + path + ": " + problem);
-    }
-    return kFailure;
+    const auto saves = [&report](const std::string& path) { return SaveIn(path, report); };
+    return std::any_of(paths.begin(), paths.end(), saves) ? kSuccess : kFailure;
 }
 
 ExitStatus WriteReport(const Options& options) {
