@@ -9,8 +9,10 @@
 #include <string>
 #include <vector>
 
-#include "kinds.h"
+#include "qbsupport/sections.hpp"
 #include "stand_in/machine.h"
+
+using qbsupport::kLastKind;
 
 struct Request {
     int kind;

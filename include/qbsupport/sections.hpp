@@ -40,6 +40,9 @@ inline constexpr SectionKind kSectionKinds[] = {
     {QbSupportDisplay, 0, "display"},
 };
 
+/// The kinds are numbered from 1 to this.
+inline constexpr int kLastKind = sizeof(kSectionKinds) / sizeof(kSectionKinds[0]);
+
 /// The kind with this number; one without a name for a number that is no kind.
 constexpr SectionKind SectionKindOf(int kind) noexcept {
     for (const SectionKind& known : kSectionKinds) {

@@ -7,7 +7,9 @@
 #include <iostream>
 #include <string>
 
-#include "kinds.h"
+#include "qbsupport/sections.hpp"
+
+using qbsupport::kLastKind;
 
 inline int failedChecks = 0;
 
