@@ -106,7 +106,8 @@ void AskForDirectories(const char* /*argument*/) {
 }
 
 void OpenKey(HKEY root, const char* path) {
-    for (const REGSAM access : {KEY_READ, KEY_READ | KEY_WRITE, KEY_ALL_ACCESS}) {
+    for (const REGSAM access :
+         {REGSAM{KEY_READ}, REGSAM{KEY_READ | KEY_WRITE}, REGSAM{KEY_ALL_ACCESS}}) {
         const CRegistryKey key(root, path, access);
     }
 }

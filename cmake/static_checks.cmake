@@ -30,9 +30,10 @@ foreach(preset lint lint-all)
     set_tests_properties(${preset} PROPERTIES RESOURCE_LOCK lint COST 1000 TIMEOUT 1200)
 endforeach()
 
-add_check(cppcheck cppcheck "--project=${CMAKE_BINARY_DIR}/compile_commands.json"
-    "--file-filter=${PROJECT_SOURCE_DIR}/src/*" "--file-filter=${PROJECT_SOURCE_DIR}/host/*"
-    "--file-filter=${PROJECT_SOURCE_DIR}/tests/*" --enable=warning,portability
+# By the one build that compiles each file by itself.
+add_check(cppcheck cppcheck "--project=${PROJECT_SOURCE_DIR}/build/native/compile_commands.json"
+    "--file-filter=src/*" "--file-filter=host/*"
+    "--file-filter=tests/*" --enable=warning,portability
     # Buffers that are filled when they are used.
     --suppress=uninitMemberVar
     --inline-suppr --library=googletest --error-exitcode=1 --quiet)

@@ -74,7 +74,7 @@ BOOL VerQueryValueA(LPCVOID block, LPCSTR path, LPVOID* value, PUINT length) {
         Entry entry;
         std::memcpy(&entry, place, sizeof entry);
         const char* const entryPath = place + sizeof entry;
-        const char* const bytes = entryPath + (entry.pathSize + 3) / 4 * 4;
+        const char* const bytes = entryPath + (std::size_t{entry.pathSize} + 3) / 4 * 4;
         if (SameName(path, {entryPath, entry.pathSize})) {
             *value = const_cast<char*>(bytes);
             *length = entry.claimedLength;
@@ -83,6 +83,6 @@ BOOL VerQueryValueA(LPCVOID block, LPCSTR path, LPVOID* value, PUINT length) {
         if (entry.isLast || entry.pathSize == 0) {
             return FALSE;
         }
-        place = bytes + (entry.size + 3) / 4 * 4;
+        place = bytes + (std::size_t{entry.size} + 3) / 4 * 4;
     }
 }

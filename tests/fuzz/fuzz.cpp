@@ -4,6 +4,7 @@
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 
 #include "stand_in/calls.h"
 #include "support.h"
@@ -12,7 +13,7 @@ namespace {
 
 void Require(bool kept, const char* promise) {
     if (!kept) {
-        std::fprintf(stderr, "ERROR: promise broken: %s\n", promise);
+        static_cast<void>(std::fprintf(stderr, "ERROR: promise broken: %s\n", promise));
         std::abort();
     }
 }
@@ -63,7 +64,8 @@ stand_in::Machine ConsumeMachine(FuzzedDataProvider& input) {
         texts.push_back(&module.path);
     }
     for (std::string* text : texts) {
-        *text = ConsumeText(input).c_str();  // no text of the platform holds a NUL
+        *text = ConsumeText(input);
+        text->resize(std::strlen(text->c_str()));  // no text of the platform holds a NUL
         machine.attributes[*text] = input.ConsumeIntegral<DWORD>();
     }
     stand_in::VersionResource& resource = machine.versionResources["viewer.exe"];

@@ -71,7 +71,7 @@ void Answer(HWND window, UINT command, const char* title, int field, const std::
 
 void Press(HWND window, BYTE key, BYTE modifier) {
     SetForegroundWindow(window);
-    for (const DWORD flags : {0, KEYEVENTF_KEYUP}) {
+    for (const DWORD flags : {DWORD{0}, DWORD{KEYEVENTF_KEYUP}}) {
         keybd_event(modifier, 0, flags, 0);
         keybd_event(key, 0, flags, 0);
     }
@@ -109,7 +109,7 @@ int main(int, char** arguments) {
     waitForSelection("the text to find", found, found + 7);
     SendMessageA(FindWindowA("#32770", "Find"), WM_COMMAND, IDCANCEL, 0);
     Press(window, 'A', VK_CONTROL);
-    waitForSelection("Ctrl+A", 0, SendMessageW(text, WM_GETTEXTLENGTH, 0, 0));
+    waitForSelection("Ctrl+A", 0, static_cast<std::size_t>(GetWindowTextLengthW(text)));
     Press(window, VK_F3, 0);
     waitForSelection("F3", found, found + 7);
 

@@ -67,7 +67,7 @@ def package(scratch):
     check_report(re.sub(b"\r?\n", b"\r\n", text))
     if SUFFIX:  # then this system is a wrong one for the package
         assert b"<supportedOS Id=" in linked.read_bytes(), "the example has no manifest"
-        command = ("cmake", "-S", SOURCE / "examples", "-B", scratch / "wrong", option)
+        command = ("cmake", "-G", "Ninja", "-S", SOURCE / "examples", "-B", scratch / "wrong", option)
         refused = subprocess.run(command, capture_output=True)
         assert refused.returncode != 0 and b"QBSUPPORT is for 64-bit Windows" in refused.stderr
 
