@@ -31,9 +31,8 @@ foreach(preset lint lint-all)
 endforeach()
 
 # By the one build that compiles each file by itself.
-add_check(cppcheck cppcheck "--project=${PROJECT_SOURCE_DIR}/build/native/compile_commands.json"
-    "--file-filter=src/*" "--file-filter=host/*"
-    "--file-filter=tests/*" --enable=warning,portability
+add_check(cppcheck cppcheck --project=build/native/compile_commands.json
+    "--file-filter=src/*" "--file-filter=host/*" "--file-filter=tests/*" --enable=warning,portability
     # Buffers that are filled when they are used.
     --suppress=uninitMemberVar
     --inline-suppr --library=googletest --error-exitcode=1 --quiet)

@@ -109,7 +109,8 @@ int main(int, char** arguments) {
     waitForSelection("the text to find", found, found + 7);
     SendMessageA(FindWindowA("#32770", "Find"), WM_COMMAND, IDCANCEL, 0);
     Press(window, 'A', VK_CONTROL);
-    waitForSelection("Ctrl+A", 0, static_cast<std::size_t>(GetWindowTextLengthW(text)));
+    waitForSelection("Ctrl+A", 0,
+                     static_cast<std::size_t>(SendMessageW(text, WM_GETTEXTLENGTH, 0, 0)));
     Press(window, VK_F3, 0);
     waitForSelection("F3", found, found + 7);
 
