@@ -126,7 +126,7 @@ std::vector<std::string> NewReportPaths() {
     const std::string name = '\\' + NewReportName();
     std::vector<std::string> paths;
     // Loaded here, so that a report on this process does not show it without need.
-    const qbsupport::detail::Module shell(LoadLibraryW(L"shell32.dll"));
+    const qbsupport::detail::Module shell(qbsupport::detail::LoadSystemLibrary(L"shell32.dll"));
     const auto getFolder = qbsupport::detail::FindFunction<decltype(&SHGetFolderPathW)>(
         shell.get(), "SHGetFolderPathW");
     wchar_t documents[MAX_PATH] = L"";
