@@ -124,8 +124,7 @@ void AddOptions(CLI::App& app, Options& options) {
         "-l,--list", [&options] { options.text = SectionList(); },
         "list the sections and what each one takes");
     const auto leaveOut = [&](const char* name, unsigned int flag, const char* help) {
-        app.add_flag_callback(
-            name, [&options, flag] { options.report.flags &= ~flag; }, help);
+        app.add_flag_callback(name, [&options, flag] { options.report.flags &= ~flag; }, help);
     };
     leaveOut("--no-headings", QbSupportFlagHeadings, "leave out titles and their underlines");
     leaveOut("--no-separators", QbSupportFlagSeparator,

@@ -57,8 +57,8 @@ BOOLEAN WINAPI GetUserNameExA(EXTENDED_NAME_FORMAT format, char* buffer, ULONG* 
 struct NamedFunction {
     std::string_view library;
     std::string_view name;
-    bool Available::*libraryAvailable;  // null for a library that every process has loaded
-    bool Available::*available;
+    bool Available::* libraryAvailable;  // null for a library that every process has loaded
+    bool Available::* available;
     void* address;
 };
 

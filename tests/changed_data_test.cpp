@@ -25,7 +25,7 @@ struct Row {
 
 // A field of the machine.
 template <typename Field>
-Change Set(Field Machine::*field, std::type_identity_t<Field> value) {
+Change Set(Field Machine::* field, std::type_identity_t<Field> value) {
     return [=](Machine& machine) { machine.*field = value; };
 }
 

@@ -220,21 +220,15 @@ public:
 
 #ifdef _WIN32
     /// The same for any file name that Windows knows, whatever the ANSI code page.
-    explicit Library(const wchar_t* fileName) {
-        Load(fileName);
-    }
+    explicit Library(const wchar_t* fileName) { Load(fileName); }
 #endif
 
-    [[nodiscard]] bool IsLoaded() const noexcept {
-        return m_module != nullptr;
-    }
+    [[nodiscard]] bool IsLoaded() const noexcept { return m_module != nullptr; }
 
     /// Why the library is not loaded, as one line without a line end: the file is missing, is no
     /// library that this process can load, or lacks one of the functions, which is named. Empty
     /// when it is loaded.
-    [[nodiscard]] const std::string& Error() const noexcept {
-        return m_error;
-    }
+    [[nodiscard]] const std::string& Error() const noexcept { return m_error; }
 
     /// Builds one section without copying its text.
     ///

@@ -41,7 +41,7 @@ constexpr DWORD kBuildLimit = 1000000;
 // as the platform answers it: 0 for no. Suites and builds take only an exact 1 for a yes, the other
 // fields anything else.
 template <typename Field>
-BOOL Ask(Field OSVERSIONINFOEXA::*field, Field value, DWORD fieldBit, BYTE condition) {
+BOOL Ask(Field OSVERSIONINFOEXA::* field, Field value, DWORD fieldBit, BYTE condition) {
     OSVERSIONINFOEXA probe{};
     probe.dwOSVersionInfoSize = sizeof(probe);
     probe.*field = value;
