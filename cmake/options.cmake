@@ -6,12 +6,10 @@ set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_C_STANDARD 11)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 
-if(NOT DEFINED CMAKE_COMPILE_WARNING_AS_ERROR)
-    set(CMAKE_COMPILE_WARNING_AS_ERROR ${PROJECT_IS_TOP_LEVEL})
-endif()
 if(MSVC)
     add_compile_options(/W4 /utf-8 /guard:cf)
-    add_link_options(/guard:cf /CETCOMPAT /Brepro)
+    # CMake's usual settings link incrementally and keep what nobody calls.
+    add_link_options(/guard:cf /Brepro /INCREMENTAL:NO /OPT:REF /OPT:ICF)
 else()
     add_compile_options(-Wall -Wextra -Wpedantic -Wconversion -Wshadow)
     # Neither code nor debug information tells where it was built.
@@ -32,13 +30,13 @@ if(MINGW)
     add_compile_options(-ffunction-sections -fdata-sections)
     # GNU ld writes no load configuration and leaves imports and resources writable. GCC takes a
     # linker that is none of its own from such a file only.
-    find_program(QBSUPPORT_LLD ld.lld REQUIRED DOC "LLVM's linker")
-    find_program(QBSUPPORT_OBJCOPY llvm-objcopy REQUIRED DOC "LLVM's objcopy")
+    find_program(QBSUPPORT_LLD NAMES ld.lld-19 ld.lld REQUIRED DOC "LLVM's linker")
+    find_program(QBSUPPORT_OBJCOPY NAMES llvm-objcopy-19 llvm-objcopy REQUIRED DOC "LLVM's objcopy")
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
         file(WRITE "${PROJECT_BINARY_DIR}/lld.specs" "*linker:\n${QBSUPPORT_LLD}\n\n")
         add_link_options("-specs=${PROJECT_BINARY_DIR}/lld.specs" -fno-use-linker-plugin)
     else()
-        add_link_options(-fuse-ld=lld)
+        add_link_options("--ld-path=${QBSUPPORT_LLD}")
     endif()
     # The time stamp is a hash of the content: it tells builds apart, and the same sources give the
     # same one.
@@ -68,7 +66,7 @@ function(qbsupport_version_resource target file_name file_type description)
     set(QBSUPPORT_FILE_TYPE "${file_type}")
     set(QBSUPPORT_FILE_DESCRIPTION "${description}")
     set(resource "${CMAKE_CURRENT_BINARY_DIR}/${target}_version.rc")
-    configure_file("${PROJECT_SOURCE_DIR}/src/interface/version.rc.in" "${resource}" @ONLY)
+    configure_file("${PROJECT_SOURCE_DIR}/cmake/version.rc.in" "${resource}" @ONLY)
     target_sources(${target} PRIVATE "${resource}")
 endfunction()
 

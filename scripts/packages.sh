@@ -11,8 +11,8 @@ build    /usr/include/CLI/CLI.hpp        libcli11-dev  reads the command line of
 windows  x86_64-w64-mingw32-g++-posix    g++-mingw-w64-x86-64-posix  POSIX threads, for std::thread
 windows  x86_64-w64-mingw32-gcc-posix    gcc-mingw-w64-x86-64-posix  links the DLL as C
 windows  x86_64-w64-mingw32-windres      binutils-mingw-w64-x86-64   version resources, manifests
-windows  ld.lld                          lld              links the product
-windows  llvm-objcopy                    llvm             splits off its debug information
+windows  ld.lld-19                       lld-19           links the product
+windows  llvm-objcopy-19                 llvm-19          splits off its debug information
 windows  wine                            wine             runs the product
 windows  wine                            wine64           the 64-bit half, not only the 32-bit one
 native   g++                             g++              builds on the stand-in for Windows
@@ -20,11 +20,12 @@ native   /usr/share/mingw-w64/include/windows.h  mingw-w64-common  the declarati
 test     /usr/include/gtest/gtest.h      libgtest-dev     the test framework
 test     Xvfb                            xvfb             a screen for qbreportw
 test     python3                         python3          tests of the files and the programs
-clang    clang++                         clang            builds with sanitizers
-clang    /usr/lib/llvm-*/lib/clang/*/lib/linux/libclang_rt.asan-*.a  libclang-rt-dev  sanitizers
-clang    llvm-symbolizer                 llvm             names and lines in what they report
-lint     clang-format                    clang-format     layout of the sources
-lint     clang-tidy                      clang-tidy       static analysis and naming
+test     /usr/lib/python3/dist-packages/pefile.py  python3-pefile  reads the library file
+clang    clang++-19                      clang-19         builds with sanitizers
+clang    /usr/lib/llvm-19/lib/clang/19/lib/linux/libclang_rt.asan-x86_64.a  libclang-rt-19-dev  the sanitizers
+clang    llvm-symbolizer-19              llvm-19          names and lines in what they report
+lint     clang-format-19                 clang-format-19  layout of the sources
+lint     clang-tidy-19                   clang-tidy-19    static analysis and naming
 lint     cppcheck                        cppcheck         static analysis, a second opinion
 lint     shellcheck                      shellcheck       static analysis of the scripts
 lint     yamllint                        yamllint         syntax of the build server workflow
@@ -33,7 +34,7 @@ example  mono                            mono-runtime     runs them
 example  pkg-config                      pkg-config       finds the library as a packager would
 screenshot  import                       imagemagick      takes the picture of qbreportw
 screenshot  /usr/share/wine/fonts/marlett.ttf  fonts-wine  the signs on the buttons of a window
-package  llvm-dlltool                    llvm             makes the import library for MSVC
+package  llvm-dlltool-19                 llvm-19           makes the import library for MSVC
 package  python3                         python3          writes the archives
 '
 
@@ -63,7 +64,7 @@ apt_get() {
     local as_root=()
     ((EUID == 0)) || as_root=(sudo -n)
     "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -q -y --no-remove \
-        -o DPkg::Lock::Timeout=300 "$@" >>"$build_dir/packages.log" 2>&1 9>&-
+        -o DPkg::Lock::Timeout=300 "$@" >>"$build_dir/packages.log" 2>&1
 }
 
 # Installs what the named groups miss, as far as that is possible: the caller looks at

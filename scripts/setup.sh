@@ -12,6 +12,10 @@ project_dir=$(cd -P -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd)
 build_dir=$project_dir/build
 mkdir -p "$build_dir"
 
+# Debian's Python has the modules of Debian's packages, which another one that comes first on the
+# path does not have.
+export Python3_ROOT_DIR=/usr
+
 # shellcheck source=scripts/packages.sh
 source "$project_dir/scripts/packages.sh"
 # shellcheck source=scripts/wine.sh
@@ -30,13 +34,12 @@ die() {
 
 child=
 
-# Runs a command and waits for it, so that a signal to the script is answered at once. It gets a
-# process group of its own, by which all that it started can be ended, and not our lock, which a
-# process that it leaves behind would go on holding.
+# Runs a command in a process group of its own and waits for it. So a signal to the script is
+# answered at once, and all that the command started can be ended.
 attend() {
     local result=0
     set -m
-    "$@" 9>&- &
+    "$@" &
     child=$!
     set +m
     wait "$child" || result=$?
@@ -62,27 +65,36 @@ trap 'exit 129' HUP
 trap 'exit 130' INT
 trap 'exit 143' TERM
 
-# One script at a time in this directory: they share builds and Wine's server.
-exec 9>>"$build_dir/lock"
-flock -n 9 || status "waiting for another script to finish in this directory"
-until flock -n 9; do
-    attend flock "$build_dir/lock" true
-done
+# One script at a time in this directory, because they share builds and Wine's server: the script
+# runs itself again below flock, which holds the lock and gives it to no other process.
+if [[ ${QBSUPPORT_LOCKED-} != "$build_dir" ]]; then
+    flock -n "$build_dir/lock" true || status "waiting for another script to finish in this directory"
+    QBSUPPORT_LOCKED=$build_dir attend flock --close "$build_dir/lock" "$BASH" "$0" "$@" || exit $?
+    exit
+fi
 
 # --- Builds. ---
 
-# A build directory that was moved or copied, or one of another compiler, has to start afresh.
+# configure_and_build <directory> <option of cmake>...: a build directory that was moved or copied,
+# or one of another compiler, has to start afresh.
 configure_and_build() {
-    local configure=(cmake -S "$project_dir" --preset "$1")
-    { "${configure[@]}" || "${configure[@]}" --fresh; } && ninja -C "$build_dir/$1" "${@:2}"
+    local configure=(cmake -S "$project_dir" -B "$@")
+    { "${configure[@]}" || "${configure[@]}" --fresh; } && ninja -C "$1"
 }
 
-# build <preset> <target>...: shows the log, without Ninja's progress, when that fails.
+# build <name> <preset> [<option of cmake>]...: builds everything in build/<name>. If that fails, it
+# shows the log without Ninja's progress.
 build() {
     local log=$build_dir/$1.log
     status "building build/$1"
-    attend configure_and_build "$@" >"$log" 2>&1 || {
+    attend configure_and_build "$build_dir/$1" --preset "$2" "${@:3}" >"$log" 2>&1 || {
         grep -v '^\[[0-9]*/[0-9]*\] ' "$log" | tail -n 60 >&2
         return 1
     }
+}
+
+# copy_product <name of a build> <directory in out/>: puts the product where its users look for it.
+copy_product() {
+    mkdir -p "$project_dir/out/$2"
+    cp -ru "$build_dir/$1/product/." "$project_dir/out/$2"
 }

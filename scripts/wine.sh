@@ -2,11 +2,12 @@
 # shellcheck shell=bash disable=SC2154  # build_dir comes from setup.sh
 
 # No debug output, which also silences Debian's advice to install the 32-bit half; no offers to
-# download .NET and a browser engine; no menu entries on the developer's desktop; no debugger, so
-# that a crashed program ends at once and with a status of its own.
+# download .NET and a browser engine; no menu entries on the developer's desktop; no Wayland, whose
+# library complains where there is none; no debugger, so that a crashed program ends at once and
+# with a status of its own.
 export WINEDEBUG=-all
 export WINEARCH=win64
-export WINEDLLOVERRIDES='mscoree=;mshtml=;winemenubuilder.exe=d;winedbg.exe=d'
+export WINEDLLOVERRIDES='mscoree=;mshtml=;winemenubuilder.exe=d;winewayland.drv=d;winedbg.exe=d'
 
 fill_prefix() {
     unset DISPLAY WAYLAND_DISPLAY

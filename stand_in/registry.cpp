@@ -79,7 +79,7 @@ LSTATUS RegQueryValueExA(HKEY key, LPCSTR name, LPDWORD reserved, LPDWORD type, 
         return ERROR_MORE_DATA;
     }
     // A text that was stored without its NUL is handed out without one.
-    std::copy(bytes.begin(), bytes.end(), data);
+    std::ranges::copy(bytes, data);
     return ERROR_SUCCESS;
 }
 

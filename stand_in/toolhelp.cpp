@@ -18,7 +18,7 @@ Handles<OpenSnapshot> openSnapshots;
 
 /// Counts the machine's answer down; several threads may ask at once.
 bool AnswersBadLength() {
-    std::atomic_ref<int> remaining(CurrentMachine().badLengthAnswers);
+    const std::atomic_ref<int> remaining(CurrentMachine().badLengthAnswers);
     return remaining.load() > 0 && remaining.fetch_sub(1) > 0;
 }
 

@@ -89,7 +89,7 @@ TEST_F(OsTest, Releases) {
     EXPECT_EQ(Name(7, 0, 22000, 1), "Microsoft , ");
     EXPECT_EQ(Name(4, 0, 1381, 1), "none");
     EXPECT_EQ(Name(10, 0, 19044, 1, 0, 1), "none");
-    enum : WORD { kIntel, kItanium = PROCESSOR_ARCHITECTURE_IA64, kAmd64 = 9 };
+    enum : WORD { kIntel = 0, kItanium = 6, kAmd64 = 9 };
     const std::tuple<DWORD, BYTE, WORD, WORD, int, std::string> rowsOfVersion5[] = {
         {0, 1, 0x82, kIntel, 0, "2000 Professional, 32-bit"},
         {0, 3, 0x82, kIntel, 0, "2000 Datacenter Server, 32-bit"},

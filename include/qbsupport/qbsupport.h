@@ -11,7 +11,11 @@
 #define QBSUPPORT_VERSION_MAJOR 1
 #define QBSUPPORT_VERSION_MINOR 0
 #define QBSUPPORT_VERSION_PATCH 0
-#define QBSUPPORT_VERSION "1.0.0"
+/* In two steps, because # does not expand a macro. */
+#define QBSUPPORT_TEXT_OF_(major, minor, patch) #major "." #minor "." #patch
+#define QBSUPPORT_TEXT_OF(major, minor, patch) QBSUPPORT_TEXT_OF_(major, minor, patch)
+#define QBSUPPORT_VERSION \
+    QBSUPPORT_TEXT_OF(QBSUPPORT_VERSION_MAJOR, QBSUPPORT_VERSION_MINOR, QBSUPPORT_VERSION_PATCH)
 
 #ifdef __cplusplus
 extern "C" {

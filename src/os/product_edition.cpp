@@ -120,8 +120,7 @@ bool GetOsEdition(std::uint32_t majorVersion, std::uint32_t minorVersion, CText&
     ReadRegistryString(kCurrentVersionKey, "EditionID", editionId);
     const DWORD productType = QueryProductType(majorVersion, minorVersion);
     const auto* const edition =
-        std::find_if(std::begin(ProductEditionTable), std::end(ProductEditionTable),
-                     [=](const ProductEdition& row) { return row.productType == productType; });
+        std::ranges::find(ProductEditionTable, productType, &ProductEdition::productType);
     if (edition != std::end(ProductEditionTable)) {
         editionText << edition->text;
     } else {

@@ -122,8 +122,7 @@ void CompleteRecord(OSVERSIONINFOEXA& version) {
 
 bool DetectVersionFromTable(OSVERSIONINFOEXA& version) {
     version = {};
-    const auto* const match =
-        std::find_if(std::begin(KnownVersionTable), std::end(KnownVersionTable), IsRunning);
+    const auto* const match = std::ranges::find_if(KnownVersionTable, IsRunning);
     if (match == std::end(KnownVersionTable)) {
         return false;
     }

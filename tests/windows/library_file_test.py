@@ -1,61 +1,62 @@
-"""Checks the library file itself. Arguments: objdump, the DLL, the product version, the run-time
-library: msvcrt or ucrt."""
-import os
+"""Checks the library file itself. Arguments: the DLL, the product version, the run-time library:
+msvcrt or ucrt."""
 import pathlib
 import re
-import subprocess
 import sys
 
-OBJDUMP, LIBRARY, VERSION, RUN_TIME = sys.argv[1:]
+import pefile
+
+LIBRARY, VERSION, RUN_TIME = sys.argv[1:]
 LIBRARIES = "advapi32|gdi32|kernel32|user32|version|" + \
     {"msvcrt": "msvcrt", "ucrt": "api-ms-win-crt-.*"}[RUN_TIME]
 FORBIDDEN_IMPORTS = re.compile("abort|exit|terminate|assert|signal|raise|throw", re.IGNORECASE)
-WANTED = ("pei-x86-64", "HIGH_ENTROPY_VA", "DYNAMIC_BASE", "NX_COMPAT",
-          "MajorSubsystemVersion\t6", "MinorSubsystemVersion\t1")
+CET_COMPATIBLE = 1  # in the debug directory's entry of this type:
+EX_DLL_CHARACTERISTICS = 20
 
 
-def dump(*options):
-    return subprocess.run([OBJDUMP, *options, LIBRARY], check=True, capture_output=True, text=True,
-                          env={**os.environ, "LC_ALL": "C"}).stdout
-
-
-def dependent_load_flags(headers):
-    base, configuration = (int(re.search(pattern, headers)[1], 16) for pattern in
-                           (r"ImageBase\s+(\w+)", r"Entry a (\w+)"))
-    flags = base + configuration + 0x4E
-    bytes_there = dump("-s", f"--start-address={flags}", f"--stop-address={flags + 2}")
-    return "".join(re.findall(r"\n \w+ (\w{4}) ", bytes_there))
-
-
-def problems():
-    headers = dump("-p")
-    base = int(re.search(r"Ordinal Base\s+(\d+)", headers)[1])
-    exports = [(base + int(index), name) for index, name in
-               re.findall(r"^\t\[ *(\d+)\] ([A-Za-z]\w*)$", headers, re.MULTILINE)]
-    if exports != [(100, "QbSupportGetInfo"), (101, "QbSupportReleaseBuffer")]:
-        yield f"exports {exports}"
-    for library in re.findall(r"DLL Name: (\S+)", headers):
-        if not re.fullmatch(rf"({LIBRARIES})\.dll", library.lower()):
+def problems(image):
+    header = image.OPTIONAL_HEADER
+    found = {
+        "machine": pefile.MACHINE_TYPE[image.FILE_HEADER.Machine],
+        "system": (header.MajorSubsystemVersion, header.MinorSubsystemVersion),
+        "exports": [(export.ordinal, export.name) for export in image.DIRECTORY_ENTRY_EXPORT.symbols],
+        "address space": (header.IMAGE_DLLCHARACTERISTICS_HIGH_ENTROPY_VA,
+                          header.IMAGE_DLLCHARACTERISTICS_DYNAMIC_BASE,
+                          header.IMAGE_DLLCHARACTERISTICS_NX_COMPAT),
+        "shadow stack": [image.get_dword_at_rva(entry.struct.AddressOfRawData)
+                         for entry in image.DIRECTORY_ENTRY_DEBUG
+                         if entry.struct.Type == EX_DLL_CHARACTERISTICS],
+        # Where the libraries that it imports are looked for: System32 alone.
+        "dependent load flags": image.get_word_at_rva(header.DATA_DIRECTORY[10].VirtualAddress + 0x4E),
+        "writable sections": [section.Name for section in image.sections
+                              if section.IMAGE_SCN_MEM_WRITE or section.Name.startswith(b".debug")],
+        "version": [table.entries[b"ProductVersion"].decode() for part in image.FileInfo[0]
+                    if part.Key == b"StringFileInfo" for table in part.StringTable],
+    }
+    expected = {
+        "machine": "IMAGE_FILE_MACHINE_AMD64",
+        "system": (6, 1),
+        "exports": [(100, b"QbSupportGetInfo"), (101, b"QbSupportReleaseBuffer")],
+        "address space": (True, True, True),
+        "shadow stack": [CET_COMPATIBLE],
+        "dependent load flags": 0x800,
+        "writable sections": [],
+        "version": [VERSION],
+    }
+    for name, value in expected.items():
+        if found[name] != value:
+            yield f"{name}: {found[name]}"
+    for entry in image.DIRECTORY_ENTRY_IMPORT:
+        library = entry.dll.decode().lower()
+        if not re.fullmatch(rf"({LIBRARIES})\.dll", library):
             yield f"imports from {library}"
-    imports = re.findall(r"^\t[0-9a-f]+\t +\d+  (\w+)$", headers, re.MULTILINE)
-    if len(imports) < 20:
-        yield f"only {len(imports)} imports found"
-    yield from (f"imports {name}" for name in filter(FORBIDDEN_IMPORTS.search, imports))
-    yield from (f"without {text}" for text in WANTED if text not in headers)
-    if dependent_load_flags(headers) != "0008":  # 0x800, System32 alone
-        yield f"dependent load flags {dependent_load_flags(headers)}"
-    sections = re.findall(r"^ +\d+ (\S+) .*\n +(.*)", dump("-h"), re.MULTILINE)
-    yield from (f"section {name} is writable" for name, rights in sections if "READONLY" not in rights)
-    if not sections or any(name.startswith(".debug_") for name, _ in sections):
-        yield f"sections {sections}"
-    content = pathlib.Path(LIBRARY).read_bytes()
-    if len(content) > 44 * 1024:
-        yield f"{len(content)} bytes, too many"
-    if re.search(rb"PE\0\0....\0{4}", content, re.DOTALL):
+        names = (imported.name.decode() for imported in entry.imports)
+        yield from (f"imports {name}" for name in names if FORBIDDEN_IMPORTS.search(name))
+    if image.FILE_HEADER.TimeDateStamp == 0:
         yield "without a time stamp to tell builds apart"
-    for text in ("VS_VERSION_INFO", "ProductVersion\0" + VERSION):
-        if text.encode("utf-16-le") not in content:
-            yield f"version resource without {text!r}"
+    size = pathlib.Path(LIBRARY).stat().st_size
+    if size > 44 * 1024:
+        yield f"{size} bytes, too many"
 
 
-sys.exit("\n".join(problems()) or 0)
+sys.exit("\n".join(problems(pefile.PE(LIBRARY))) or 0)
