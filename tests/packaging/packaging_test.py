@@ -168,9 +168,14 @@ def archive(scratch):
     # The same Python, because another may compress in another way.
     path = f"{pathlib.Path(sys.executable).parent}:{os.environ['PATH']}"
     email = f"-DQBSUPPORT_SUPPORT_EMAIL={CACHE['QBSUPPORT_SUPPORT_EMAIL']}"
-    run(copy / "scripts" / "package", email, env={**os.environ, "PATH": path})
+    signed = scratch / "signed files"
+    run(copy / "scripts" / "package", "--sign", f"echo >>'{signed}'", email,
+        env={**os.environ, "PATH": path})
+    assert [pathlib.Path(line).name for line in signed.read_text().splitlines()] == \
+        ["QBSUPPORT.dll", "qbreport.exe", "qbreportw.exe", "QBSUPPORT.dll"], signed.read_text()
     second, second_symbols = sorted((copy / "out").glob("*.zip"), key=lambda path: len(path.name))
-    run("sha256sum", "--check", "--strict", second.with_suffix(".sha256"), cwd=copy / "out")
+    for sums in (copy / "out").glob("*.sha256"):
+        run("sha256sum", "--check", "--strict", sums, cwd=copy / "out")
     first = scratch / "first"
     run(sys.executable, SOURCE / "scripts" / "archive.py", install(scratch),
         BUILD / "symbols", first / second.stem)
@@ -180,7 +185,7 @@ def archive(scratch):
     shutil.unpack_archive(second, scratch / "unpacked")
     (unpacked,) = (scratch / "unpacked").iterdir()
     found = sorted(path.name for path in unpacked.iterdir())
-    assert found == ["README.md", "bin", "doc", "examples", "include", "lib"], found
+    assert found == ["CHANGELOG.md", "bin", "docs", "examples", "include", "lib"], found
     links(scratch, unpacked)
 
 
