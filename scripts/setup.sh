@@ -3,6 +3,8 @@
 
 set -euo pipefail
 unset CDPATH
+# Without any, the shell has a path of its own, of which CMake must know.
+export PATH
 
 # Nothing here asks anything. It also opens a standard input that was closed, which a file opened
 # later would be taken for.
