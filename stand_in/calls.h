@@ -2,6 +2,7 @@
 #ifndef QBSUPPORT_STAND_IN_CALLS_H
 #define QBSUPPORT_STAND_IN_CALLS_H
 
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <optional>

@@ -9,7 +9,10 @@
 
 #include <cfloat>
 #include <clocale>
+#include <cstdint>
+#include <cstdio>
 #include <cstring>
+#include <string_view>
 
 #include "library.h"
 
