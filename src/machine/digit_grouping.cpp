@@ -11,23 +11,23 @@ namespace {
 
 constexpr std::size_t kMostDigits = 20;  // of the largest 64-bit number
 
-// Reads the platform's list of group sizes, one size a call.
+// Reads the platform's list of group sizes, one size per call.
 class CGroupSizes {
 public:
     explicit CGroupSizes(std::string_view sizes) : m_rest(sizes) {}
 
-    // The size of the next group to the left; 0 when all further digits stand together.
+    // The size of the next group to the left, or 0 if the digits are not grouped at all. The list
+    // ends before a 0 or anything else that is not a size, and its last size then repeats.
     std::size_t Next() {
-        if (m_rest == "0") {
-            return m_last;  // the last size goes on for ever
-        }
         std::size_t size = 0;
         const char* const end = m_rest.data() + m_rest.size();
         const char* const read = std::from_chars(m_rest.data(), end, size).ptr;
-        m_rest.remove_prefix(static_cast<std::size_t>(read - m_rest.data()));
-        m_rest.remove_prefix(m_rest.starts_with(';') ? 1 : m_rest.size());
-        m_last = size;
-        return size;
+        if (size != 0) {
+            m_last = size;
+            m_rest.remove_prefix(static_cast<std::size_t>(read - m_rest.data()));
+            m_rest.remove_prefix(m_rest.starts_with(';') ? 1 : 0);
+        }
+        return m_last;
     }
 
 private:

@@ -11,9 +11,10 @@ namespace qb_support {
 // How the user's regional settings group the digits of a number.
 class CDigitGrouping {
 public:
-    // `sizes` are the groups' sizes as the platform writes them, the rightmost group first: "3;0"
-    // groups by three throughout, "3;2;0" by three and then by two, "3" sets off three digits once,
-    // "0" or nothing groups none. `separator` may be longer than one byte.
+    // `sizes` are the groups' sizes as the platform writes them, the rightmost group first. The
+    // last size repeats, and a final ";0" changes nothing: "3" and "3;0" group by three, "3;2" and
+    // "3;2;0" by three and then by two. "0" or an empty text means no grouping. `separator` may be
+    // longer than one byte.
     CDigitGrouping(CText sizes, CText separator);
 
     void Append(CText& text, std::uint64_t number) const;
