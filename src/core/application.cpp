@@ -1,21 +1,13 @@
 // The Application section and the single environment variable.
-#include <cstring>
-
 #include "core/collector.h"
 #include "directories/paths.h"
+#include "platform/environment.h"
 
 namespace qb_support {
 
 namespace {
 
 constexpr const char* kVariables[] = {"QB_ROOT_PATH", "PRODUCT", "PACKET", "HOME", "TMPDIR"};
-
-// The run-time library treats a longer name as a programming error and may end the process.
-constexpr std::size_t kLongestVariableName = 32766;
-
-const char* FindVariable(const char* name) {
-    return std::strlen(name) <= kLongestVariableName ? getenv(name) : nullptr;
-}
 
 }  // namespace
 
