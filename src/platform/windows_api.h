@@ -1,19 +1,25 @@
-// The one gate to Windows: the only place that names a system header.
+// The one gate to Windows: no file outside this folder includes a system header.
 #ifndef QBSUPPORT_PLATFORM_WINDOWS_API_H
 #define QBSUPPORT_PLATFORM_WINDOWS_API_H
 
+// A project that includes this one may define any of these itself.
+#ifndef WIN32_LEAN_AND_MEAN
 #define WIN32_LEAN_AND_MEAN
-#define NOMINMAX 1  // as the C++ headers of some compilers write it
-// First: the others need it.
+#endif
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+// The library uses the "A" forms of all functions. tlhelp32.h gives its own "A" forms no name
+// of their own: they are there only if neither of these is defined.
+#undef UNICODE
+#undef _UNICODE
+
 #include <windows.h>
 
-#include <psapi.h>
-#define SECURITY_WIN32  // security.h asks which side of the system it is on
-#include <security.h>
-#include <tlhelp32.h>
+#include "platform/windows_headers.h"
 
-// Run-time functions whose behaviour differs between systems; these headers, not their C++
-// counterparts, promise them by their plain names.
+// Run-time functions whose behaviour differs between systems. Only these headers, and not their
+// C++ counterparts, promise the functions' plain names.
 // NOLINTBEGIN(modernize-deprecated-headers)
 #include <locale.h>
 #include <stdlib.h>

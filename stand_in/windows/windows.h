@@ -23,10 +23,7 @@
 #define __X86INTRIN_H          // clang++
 #include_next <windows.h>
 
-#include <psapi.h>
-#define SECURITY_WIN32
-#include <security.h>
-#include <tlhelp32.h>
+#include "platform/windows_headers.h"
 #undef wchar_t
 #undef __declspec
 #undef __CYGWIN__

@@ -79,15 +79,17 @@ def package(scratch):
 
 
 def subproject(scratch):
-    """A project that takes the sources in gets the library, and none of its tests."""
+    """A project that includes the sources gets the library, whatever it defines, and none of its tests."""
     (scratch / "CMakeLists.txt").write_text(f"""
         cmake_minimum_required(VERSION 3.25)
         project(host LANGUAGES C CXX)
         include(CTest)
+        add_compile_definitions(UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX)
         add_subdirectory("{SOURCE}" qbsupport)
         add_subdirectory("{SOURCE}/examples" examples)""")
-    # A warning for every file, were it an error.
-    cmake(scratch, scratch / "b", "-DCMAKE_CXX_FLAGS=-Wnamespaces")
+    # The first gives a warning for every file, which must not be an error. The second makes an error
+    # of a macro that is defined twice.
+    cmake(scratch, scratch / "b", "-DCMAKE_CXX_FLAGS=-Wnamespaces -pedantic-errors")
     run(scratch / "b" / "examples" / "whole_report", scratch / "r.txt")
     check_report((scratch / "r.txt").read_bytes())
     listed = run("ctest", "--test-dir", scratch / "b", "--show-only")
