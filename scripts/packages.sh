@@ -8,22 +8,17 @@ packages='
 build    cmake                           cmake        configures the build
 build    ninja                           ninja-build  runs it
 build    /usr/include/CLI/CLI.hpp        libcli11-dev  reads the command line of qbreport
-windows  x86_64-w64-mingw32-g++-posix    g++-mingw-w64-x86-64-posix  POSIX threads, for std::thread
-windows  x86_64-w64-mingw32-gcc-posix    gcc-mingw-w64-x86-64-posix  links the DLL as C
-windows  x86_64-w64-mingw32-windres      binutils-mingw-w64-x86-64   version resources, manifests
+windows  x86_64-w64-mingw32-g++-posix    g++-mingw-w64-x86-64-posix  builds the product
 windows  ld.lld-19                       lld-19           links the product
 windows  llvm-objcopy-19                 llvm-19          splits off its debug information
 windows  wine                            wine             runs the product
-windows  wine                            wine64           the 64-bit half, not only the 32-bit one
 native   g++                             g++              builds on the stand-in for Windows
 native   /usr/share/mingw-w64/include/windows.h  mingw-w64-common  the declarations of Windows
 test     /usr/include/gtest/gtest.h      libgtest-dev     the test framework
 test     Xvfb                            xvfb             a screen for qbreportw
-test     python3                         python3          tests of the files and the programs
 test     /usr/lib/python3/dist-packages/pefile.py  python3-pefile  reads the library file
 clang    clang++-19                      clang-19         builds with sanitizers
 clang    /usr/lib/llvm-19/lib/clang/19/lib/linux/libclang_rt.asan-x86_64.a  libclang-rt-19-dev  the sanitizers
-clang    llvm-symbolizer-19              llvm-19          names and lines in what they report
 lint     clang-format-19                 clang-format-19  layout of the sources
 lint     clang-tidy-19                   clang-tidy-19    static analysis and naming
 lint     cppcheck                        cppcheck         static analysis, a second opinion
@@ -34,7 +29,6 @@ example  mono                            mono-runtime     runs them
 example  pkg-config                      pkg-config       finds the library as a packager would
 screenshot  import                       imagemagick      takes the picture of qbreportw
 screenshot  /usr/share/wine/fonts/marlett.ttf  fonts-wine  the signs on the buttons of a window
-package  llvm-dlltool-19                 llvm-19           makes the import library for MSVC
 package  python3                         python3          writes the archives
 '
 
@@ -59,7 +53,7 @@ has_packages() {
     [[ -z $(missing_packages "$@") ]]
 }
 
-# Asks nothing, and removes nothing: a machine with another Wine, say, keeps it.
+# Asks nothing, and removes nothing, so that a machine with another Wine, say, keeps it.
 apt_get() {
     local as_root=()
     ((EUID == 0)) || as_root=(sudo -n)
@@ -68,7 +62,7 @@ apt_get() {
 }
 
 # Installs what the named groups miss, as far as that is possible: the caller looks at
-# has_packages, since a package that cannot be had is no reason to do without the others.
+# has_packages, because a package that cannot be had is no reason to do without the others.
 ensure_packages() {
     local -a missing
     local package

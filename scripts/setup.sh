@@ -32,48 +32,35 @@ die() {
     exit 1
 }
 
-# --- Child processes: nothing that we started outlives us. ---
+# --- One script at a time in this directory, because they share builds and Wine's server. ---
 
-child=
-
-# Runs a command in a process group of its own and waits for it. So a signal to the script is
-# answered at once, and all that the command started can be ended.
-attend() {
-    local result=0
-    set -m
-    "$@" &
-    child=$!
-    set +m
-    wait "$child" || result=$?
-    child=
-    return "$result"
-}
-
-clean_up() {
+# The script runs itself again below flock, which holds the lock and gives it to no other process.
+# All that it starts is in one process group, so that nothing of it outlives a script that is ended.
+end_group() {
     trap '' INT TERM HUP
-    if [[ -n $child ]]; then
-        kill -TERM -- "-$child" 2>/dev/null || true
-        for _ in {1..50}; do
-            kill -0 -- "-$child" 2>/dev/null || break
-            sleep 0.1
-        done
-        kill -KILL -- "-$child" 2>/dev/null || true
-    fi
-    stop_wine
+    kill -TERM -- "-$group" 2>/dev/null || true
+    for _ in {1..50}; do
+        kill -0 -- "-$group" 2>/dev/null || return 0
+        sleep 0.1
+    done
+    kill -KILL -- "-$group" 2>/dev/null || true
 }
 
-trap clean_up EXIT
-trap 'exit 129' HUP
-trap 'exit 130' INT
-trap 'exit 143' TERM
-
-# One script at a time in this directory, because they share builds and Wine's server: the script
-# runs itself again below flock, which holds the lock and gives it to no other process.
 if [[ ${QBSUPPORT_LOCKED-} != "$build_dir" ]]; then
     flock -n "$build_dir/lock" true || status "waiting for another script to finish in this directory"
-    QBSUPPORT_LOCKED=$build_dir attend flock --close "$build_dir/lock" "$BASH" "$0" "$@" || exit $?
-    exit
+    trap 'exit 129' HUP
+    trap 'exit 130' INT
+    trap 'exit 143' TERM
+    set -m
+    QBSUPPORT_LOCKED=$build_dir flock --close "$build_dir/lock" "$BASH" "$0" "$@" &
+    set +m
+    group=$!
+    trap end_group EXIT
+    result=0
+    wait "$group" || result=$?
+    exit "$result"
 fi
+trap stop_wine EXIT
 
 # --- Builds. ---
 
@@ -89,7 +76,7 @@ configure_and_build() {
 build() {
     local log=$build_dir/$1.log
     status "building build/$1"
-    attend configure_and_build "$build_dir/$1" --preset "$2" "${@:3}" >"$log" 2>&1 || {
+    configure_and_build "$build_dir/$1" --preset "$2" "${@:3}" >"$log" 2>&1 || {
         grep -v '^\[[0-9]*/[0-9]*\] ' "$log" | tail -n 60 >&2
         return 1
     }

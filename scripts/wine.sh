@@ -17,23 +17,20 @@ fill_prefix() {
         timeout --foreground 60 wineserver -w
 }
 
-# Sets WINEPREFIX. A prefix that another version of Wine made, or that is not whole, is made anew;
-# one of another user's, as after a run with sudo, Wine would refuse.
+# Sets WINEPREFIX. Wine would refuse a prefix of another user's, as after a run with sudo.
 use_wine() {
-    local prefix=$build_dir/wine-prefix version
-    version=$(wine --version) || return 1
+    local prefix=$build_dir/wine-prefix
     [[ ! -e $prefix || -O $prefix ]] || prefix+=-$EUID
     export WINEPREFIX=$prefix
-    if [[ ! -e $prefix/wine-version || $(<"$prefix/wine-version") != "$version" ]]; then
+    if [[ ! -e $prefix/complete ]]; then
         status "creating a Wine prefix in build/${prefix##*/}"
-        wineserver -k 2>/dev/null || true
         rm -rf "$prefix"
         mkdir "$prefix"
-        attend fill_prefix >"$prefix.log" 2>&1 || {
+        fill_prefix >"$prefix.log" 2>&1 || {
             tail -n 20 "$prefix.log" >&2
             return 1
         }
-        printf '%s\n' "$version" >"$prefix/wine-version"
+        touch "$prefix/complete"
     fi
     # Nothing of ours needs Windows' services, and starting them takes longer than all the rest.
     WINEDLLOVERRIDES+=';services.exe=d'
