@@ -1,6 +1,7 @@
 // The library in hosts' processes: called from places of all sorts, many times, and that nothing of
-// the process changes. Arguments: the library; with "once" after it, not many times; with "console",
-// only the last on a console; with "die", the host ends right behind the library's warning.
+// the process changes. Arguments: the library; with "once" after it, not many times; with
+// "console", only the last on a console; with "die", the host ends right behind the library's
+// warning.
 #include <direct.h>
 #include <windows.h>
 
