@@ -6,7 +6,8 @@
 
 #include "platform/windows_api.h"
 
-#ifdef _UCRT
+#if defined(_UCRT) || defined(_MSC_VER)
+#define QBSUPPORT_ON_UCRT
 // Not all headers declare it.
 extern "C" int _initialize_narrow_environment();
 #endif
@@ -22,7 +23,7 @@ inline const char* FindVariable(const char* name) {
     if (std::strlen(name) > kLongestVariableName) {
         return nullptr;
     }
-#ifdef _UCRT
+#ifdef QBSUPPORT_ON_UCRT
     // If the host's program uses another run time, nobody has filled this one's environment yet,
     // and getenv finds nothing. If it is filled already, this call does nothing.
     if (_initialize_narrow_environment() != 0) {
