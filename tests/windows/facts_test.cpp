@@ -138,8 +138,10 @@ void Modules() {
         CheckHas(own, ForwardSlashes(path) + "  [");
     }
     CheckEqual(Section(QbSupportModules, &program[program.find_last_of('\\') + 1]), own);
-    CheckEqual(Section(QbSupportModule, "QBSUPPORT.dll"),
-               "QBSUPPORT.dll  [" PROJECT_VERSION "]\r\n");
+    // By its path, because it need not lie where Windows looks for a bare name.
+    char path[MAX_PATH] = {};
+    GetModuleFileNameA(GetModuleHandleA("QBSUPPORT.dll"), path, MAX_PATH);
+    CheckEqual(Section(QbSupportModule, path), std::string(path) + "  [" PROJECT_VERSION "]\r\n");
 }
 
 }  // namespace

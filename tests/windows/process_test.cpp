@@ -120,34 +120,32 @@ void SpeaksTheCodePageOfTheProcess(const Library& library) {
     CheckHas(text, "\xC2\xA0");
 }
 
-// What is in use but memory. The system hands out the lowest free handle, so that its value rises
-// with every leaked one. The process's handle count would say the same, but Wine always gives 0.
-std::string Used() {
+struct Resources {
+    std::size_t handles, modules, memory;
+};
+
+// The system hands out the lowest free handle, so that the value of a new one rises with every
+// leaked one. The process's handle count would say the same, but under Wine it is always 0.
+Resources Used() {
     const HANDLE handle = CreateEventA(nullptr, FALSE, FALSE, nullptr);
     CloseHandle(handle);
     HMODULE module = nullptr;
     DWORD size = 0;
     EnumProcessModules(GetCurrentProcess(), &module, sizeof(module), &size);
-    return "handle " + std::to_string(reinterpret_cast<std::size_t>(handle)) + ", modules " +
-           std::to_string(size);
-}
-
-std::size_t UsedMemory() {
     PROCESS_MEMORY_COUNTERS counters{};
     GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof(counters));
-    return counters.PagefileUsage;
+    return {reinterpret_cast<std::size_t>(handle) / 4, size / sizeof(module),
+            counters.PagefileUsage};
 }
 
 void CallingAndLoadingLeavesNothing(const char* path) {
     constexpr unsigned kLoads = 40;
     constexpr unsigned kRounds = 20;
-    std::string before;
-    std::size_t memory = 0;
+    Resources before{};
     for (unsigned load = 0; load < kLoads; ++load) {
         const Library library(path);
         if (load == kLoads / 4) {
             before = Used();
-            memory = UsedMemory();
         }
         for (unsigned round = 0; round < kRounds; ++round) {
             CallAllKinds(library, round % 8, round == 0);
@@ -157,8 +155,11 @@ void CallingAndLoadingLeavesNothing(const char* path) {
                 kLoads * (kRounds * (kLastKind - 1) + 1), kLoads);
     Check(GetModuleHandleA("QBSUPPORT.dll") == nullptr, "still loaded");
     const Library library(path);
-    CheckEqual(Used(), before);
-    Check(UsedMemory() <= memory + 128 * 1024, "more memory than " + std::to_string(memory));
+    const Resources after = Used();
+    // Windows' own services may keep a few after their first use. One per load would be 30 more.
+    Check(after.handles <= before.handles + 15, "handles " + std::to_string(after.handles));
+    Check(after.modules <= before.modules + 15, "modules " + std::to_string(after.modules));
+    Check(after.memory <= before.memory + 128 * 1024, "memory " + std::to_string(after.memory));
 }
 
 // Its code pages and modes.
