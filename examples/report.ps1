@@ -1,11 +1,12 @@
-# Saves a report. Needs 64-bit PowerShell, 5.1 or 7.
+# Shows the whole report, or saves it to a file as UTF-8: report.ps1 [FILE]. Needs x64 PowerShell,
+# 5.1 or 7.
 param(
-    [string] $File = 'report.txt',
+    [string] $File,
     [string] $Library = (Join-Path $PSScriptRoot '..\bin\QBSUPPORT.dll')
 )
 $ErrorActionPreference = 'Stop'
 
-# The full path, so that no other directory's file can take the library's place.
+# With the full path, no file of that name in another directory can take its place.
 $fullPath = (Resolve-Path -LiteralPath $Library).ProviderPath
 
 Add-Type -TypeDefinition @"
@@ -14,7 +15,7 @@ using System.Runtime.InteropServices;
 
 public static class QbSupport
 {
-    // The pointer stays as it is when a section fails, hence ref and not out.
+    // It is ref and not out because the pointer does not change if the section fails.
     [DllImport(@"$fullPath", CallingConvention = CallingConvention.Cdecl, ExactSpelling = true)]
     private static extern int QbSupportGetInfo(
         int kind, uint flags, ref IntPtr buffer, [MarshalAs(UnmanagedType.LPStr)] string argument);
@@ -40,12 +41,12 @@ public static class QbSupport
 
 $headings = 1; $separator = 2; $indent = 4
 
-# A section whose single lines (kind and argument each) follow it. One empty line, which the library
-# cannot set among them, follows the last.
+# A section and the single lines that belong to it, as kind and argument.
 function Get-Group([int] $Kind, [string] $Argument, [object[][]] $Lines) {
     $section = [QbSupport]::Section($Kind, $headings + $indent, $Argument)
     # Without the heading, the lines would seem to belong to the section above.
     if ($section -eq '') { return '' }
+    # The library does not know which line is the last.
     $section + (-join ($Lines | ForEach-Object { [QbSupport]::Section($_[0], $indent, $_[1]) })) + "`r`n"
 }
 
@@ -58,5 +59,11 @@ $text = (-join (1..8 | ForEach-Object {
     (Get-Group 14 '' @(, @(15, 'NUMBER_OF_PROCESSORS'))) +
     (Get-Group 16 '' @(, @(17, 'QBSUPPORT.dll'))) +
     [QbSupport]::Section(20, $headings + $separator + $indent, '')
-Set-Content -LiteralPath $File -Value $text -NoNewline -Encoding UTF8
-"The report is in $File"
+if ($File) {
+    # .NET resolves a relative path against another directory than PowerShell does. Set-Content is not
+    # used because PowerShell 5.1 would write a byte-order mark.
+    $path = $ExecutionContext.SessionState.Path.GetUnresolvedProviderPathFromPSPath($File)
+    [IO.File]::WriteAllText($path, $text)
+} else {
+    $text
+}

@@ -1,15 +1,14 @@
-"""Prints a report: report.py [LIBRARY]. Needs a 64-bit Python on Windows."""
+"""Shows the whole report, or saves it to a file: report.py [FILE [LIBRARY]]. Needs x64 Python."""
 
 import ctypes
-import os
+import pathlib
 import sys
 
 HEADINGS, SEPARATOR, INDENT = 1, 2, 4
 ALL_FLAGS = HEADINGS | SEPARATOR | INDENT
 
-# A group of sections with their arguments: the single lines behind a section go on with it, and one
-# empty line, which the library cannot set among them, follows the last. Put your own directory,
-# registry keys and modules here.
+# Each group is a section, followed by single lines that belong to it, as (kind, argument). Put your
+# own program's directory, registry keys and modules here.
 GROUPS = (
     *([(kind, None)] for kind in range(1, 9)),
     [(9, None), (10, b"C:\\ProgramData")],
@@ -22,10 +21,10 @@ GROUPS = (
 
 class Library:
     def __init__(self, path):
-        library = ctypes.CDLL(path)
+        library = ctypes.CDLL(str(path))
         self._get = library.QbSupportGetInfo
         self._get.restype = ctypes.c_int
-        # Not c_char_p for the buffer: ctypes would copy it, and the block itself must go back.
+        # The buffer is no c_char_p: ctypes would copy it, and the block itself must be released.
         self._get.argtypes = [
             ctypes.c_int,
             ctypes.c_uint,
@@ -37,7 +36,7 @@ class Library:
         self._release.argtypes = [ctypes.c_void_p]
 
     def section(self, kind, flags=ALL_FLAGS, argument=None):
-        """The section's text as bytes, or None when it has nothing valid to report."""
+        """The section's text as bytes, or None if it failed."""
         buffer = ctypes.c_void_p()
         if not self._get(kind, flags, ctypes.byref(buffer), argument):
             return None
@@ -48,7 +47,7 @@ class Library:
 
 
 def whole_report(library):
-    """The report as bytes: in the system's ANSI code page, with its own line ends."""
+    """The report as bytes, in the system's ANSI code page and with its own line ends."""
     report = b""
     for group in GROUPS:
         flags = ALL_FLAGS if len(group) == 1 else ALL_FLAGS & ~SEPARATOR
@@ -56,19 +55,26 @@ def whole_report(library):
         # Without its heading, a line would seem to belong to the section above.
         if texts[0] is not None:
             report += b"".join(text or b"" for text in texts)
+            # The library does not know which line is the last.
             report += b"\r\n" if len(group) > 1 else b""
     return report
 
 
 def default_path():
-    # The full path, so that no other directory's file can take the library's place.
-    here = os.path.dirname(os.path.abspath(__file__))
-    return os.path.join(here, "..", "bin", "ucrt", "QBSUPPORT.dll")  # Python's own run time
+    """The full path, so that no file of that name in another directory can take its place."""
+    folder = pathlib.Path(__file__).resolve().parent.parent / "bin"
+    on_ucrt = folder / "ucrt" / "QBSUPPORT.dll"  # shares Python's run-time library
+    return on_ucrt if on_ucrt.exists() else folder / "QBSUPPORT.dll"
 
 
-def main():
-    library = Library(sys.argv[1] if len(sys.argv) > 1 else default_path())
-    sys.stdout.buffer.write(whole_report(library))
+def main(file=None, library=None):
+    report = whole_report(Library(library or default_path()))
+    if file:
+        pathlib.Path(file).write_bytes(report)
+    else:
+        # Python converts the text for the console, and must not change the line ends.
+        sys.stdout.reconfigure(newline="", errors="replace")
+        sys.stdout.write(report.decode("mbcs" if sys.platform == "win32" else "utf-8", "replace"))
 
 
-main()
+main(*sys.argv[1:])

@@ -1,10 +1,16 @@
-/* Writes the whole report to a file: whole_report [FILE]. Links the library. */
+/* Shows the whole report, or saves it to a file: whole_report [FILE]. Links the library. */
 #include <stdio.h>
 
 #include <qbsupport/qbsupport.h>
 
+#ifdef _WIN32
+#include <fcntl.h>
+#include <io.h>
+#include <windows.h>
+#endif
+
 enum {
-    kHeaded = QbSupportFlagHeadings | QbSupportFlagIndent, /* lines of the next calls go below */
+    kHeaded = QbSupportFlagHeadings | QbSupportFlagIndent, /* single lines follow this section */
     kWhole = kHeaded | QbSupportFlagSeparator,
     kLine = QbSupportFlagIndent
 };
@@ -13,7 +19,7 @@ struct Part {
     int kind;
     unsigned int flags;
     const char* argument;
-    const char* below; /* the empty line that single lines do not end with themselves */
+    const char* below; /* an empty line after the last single line, which has none of its own */
 };
 
 /* Put your own program's directory, registry keys and modules here. */
@@ -37,8 +43,8 @@ static const struct Part kParts[] = {
     {QbSupportModule, kLine, "QBSUPPORT.dll", "\r\n"},
 };
 
-/* A section with nothing valid to report is left out, and is no reason to do without the others;
-   only its own lines, which would stand below another one then. */
+/* A section that fails is left out, and the others are still written. Only its single lines are
+   left out too, because they would seem to belong to the section above. */
 static int WritePart(const struct Part* part, int* hasSection, FILE* file) {
     const int isLine = part->flags == kLine;
     char* text = NULL;
@@ -54,10 +60,21 @@ static int WritePart(const struct Part* part, int* hasSection, FILE* file) {
     return written && fputs(part->below, file) >= 0;
 }
 
+/* Always in binary, because the texts contain their line ends. */
+static FILE* Open(const char* name) {
+    if (name != NULL) {
+        return fopen(name, "wb");
+    }
+#ifdef _WIN32
+    _setmode(_fileno(stdout), _O_BINARY);
+    setvbuf(stdout, NULL, _IOFBF, 1 << 20); /* so that no character is written in two parts */
+    SetConsoleOutputCP(GetACP()); /* the report's code page, which the console keeps afterwards */
+#endif
+    return stdout;
+}
+
 int main(int count, char** arguments) {
-    const char* const name = count > 1 ? arguments[1] : "report.txt";
-    /* In binary, because the texts have their line ends already. */
-    FILE* const file = fopen(name, "wb");
+    FILE* const file = Open(count > 1 ? arguments[1] : NULL);
     int complete = file != NULL;
     int hasSection = 0;
     size_t i = 0;
@@ -68,9 +85,7 @@ int main(int count, char** arguments) {
         complete = 0;
     }
     if (!complete) {
-        fprintf(stderr, "cannot write %s\n", name);
-        return 1;
+        fprintf(stderr, "The report cannot be written.\n");
     }
-    printf("The report is in %s\n", name);
-    return 0;
+    return complete ? 0 : 1;
 }

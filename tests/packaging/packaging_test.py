@@ -53,19 +53,23 @@ def check_report(text):
     assert 0 <= system < memory, text
 
 
+def check_saved_and_shown(folder, *example):
+    """Runs an example twice, with the name of a file and without."""
+    run(*example, "r.txt", cwd=folder)
+    check_report((folder / "r.txt").read_bytes())
+    check_report(run(*example, cwd=folder))
+
+
 def package(scratch):
-    """A project outside finds the package, links it or loads it, and runs."""
+    """A project outside finds the package, links it or loads it, and saves or shows the report."""
     prefix = install(scratch)
     build = scratch / "examples"
     option = f"-DCMAKE_PREFIX_PATH={prefix}"
     cmake(SOURCE / "examples", build, option)
     linked = build / f"whole_report{SUFFIX}"
-    run(*EMULATOR, linked, "r.txt", cwd=build)
-    check_report((build / "r.txt").read_bytes())
-    library = [] if SUFFIX else [prefix / "lib" / "libQBSUPPORT.so"]
-    text = run(*EMULATOR, build / f"run_time{SUFFIX}", *library, cwd=build)
-    check_report(re.sub(b"\r?\n", b"\r\n", text))
+    check_saved_and_shown(build, *EMULATOR, linked)
     if SUFFIX:  # then this system is a wrong one for the package
+        check_saved_and_shown(build, *EMULATOR, build / "run_time.exe")
         assert b"<supportedOS Id=" in linked.read_bytes(), "the example has no manifest"
         command = ("cmake", "-G", "Ninja", "-S", SOURCE / "examples", "-B", scratch / "wrong", option)
         refused = subprocess.run(command, capture_output=True)
@@ -119,7 +123,10 @@ def without_cmake(scratch):
 
 
 def python_example(scratch):
-    check_report(run(sys.executable, SOURCE / "examples" / "report.py", PRODUCT / "libQBSUPPORT.so"))
+    example = sys.executable, SOURCE / "examples" / "report.py"
+    for name in "r.txt", "":
+        shown = run(*example, name, PRODUCT / "libQBSUPPORT.so", cwd=scratch)
+        check_report(shown or (scratch / name).read_bytes())
 
 
 def mono_examples(scratch):
@@ -129,11 +136,12 @@ def mono_examples(scratch):
     main = """static class Host { static void Main() {
         foreach (int kind in new[] {3, 8}) System.Console.Write(QbSupport.Section(kind, 7, "")); } }"""
     shutil.copy(PRODUCT / "libQBSUPPORT.so", scratch)
-    for source in ((SOURCE / "examples" / "Report.cs").read_text(),
-                   shell.split('@"\n', 1)[1].split('\n"@')[0] + main):
+    for source in (shell.split('@"\n', 1)[1].split('\n"@')[0] + main,
+                   (SOURCE / "examples" / "Report.cs").read_text()):
         (scratch / "report.cs").write_text(source)
         run("mcs", "-warnaserror", "-platform:x64", "report.cs", cwd=scratch)
         check_report(run("mono", "report.exe", cwd=scratch))
+    check_saved_and_shown(scratch, "mono", "report.exe")
 
 
 def samples(scratch):
