@@ -13,9 +13,11 @@ endfunction()
 
 # On the files of this build, which tells cppcheck how they are compiled. Members that are filled when
 # they are used are no mistake, nor is a file with many branches.
-add_check(cppcheck cppcheck cppcheck "--project=${PROJECT_BINARY_DIR}/compile_commands.json"
-    "--file-filter=src/*" "--file-filter=host/*" "--file-filter=tests/*" --enable=warning,portability
-    --suppress=uninitMemberVar --suppress=normalCheckLevelMaxBranches --inline-suppr --library=googletest --error-exitcode=1 --quiet)
+set(filters src host tests)
+list(TRANSFORM filters REPLACE "(.+)" "--file-filter=${PROJECT_SOURCE_DIR}/\\1/*")
+add_check(cppcheck cppcheck cppcheck "--project=${PROJECT_BINARY_DIR}/compile_commands.json" ${filters}
+    --enable=warning,portability --suppress=uninitMemberVar --suppress=normalCheckLevelMaxBranches
+    --inline-suppr --library=googletest --error-exitcode=1 --quiet)
 if(NOT WIN32)
     return()
 endif()
