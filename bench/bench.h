@@ -1,68 +1,50 @@
-// What the measuring programs share: the sections with their floors, and how a time is taken.
+// Bare platform calls to measure sections against, and how times are compared.
 #ifndef QBSUPPORT_BENCH_BENCH_H
 #define QBSUPPORT_BENCH_BENCH_H
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
-#include <string>
+#include <chrono>
+#include <span>
 #include <vector>
 
-#include "qbsupport/qbsupport.h"
+#include "qbsupport/qbsupport.hpp"
 
 namespace qb_support::bench {
 
-struct Section {
+struct Floor {
     int kind;
-    const char* name;  // with the kind's number
-    // Names something that is there, on Windows and on the stand-in.
-    const char* argument;
-    // The section's floor: its platform calls in the library's own order, on a Windows 10 or 11,
-    // and no text. It makes none where the section asks the platform nothing.
+    // The calls of a section of this kind in its own order, on a Windows 10 or 11, and no text.
     void (*makePlatformCalls)(const char* argument);
+    // Names something that is there, on Windows and on the stand-in.
+    const char* argument = "";
 };
 
-// Every kind that reports something, in the order of a whole report.
-extern const std::array<Section, 19> kSections;
+// One for each kind of a whole report. A test checks that their calls are the library's.
+extern const std::span<const Floor> kFloors;
 
-inline constexpr unsigned int kFlags =
-    QbSupportFlagHeadings | QbSupportFlagSeparator | QbSupportFlagIndent;
-
-struct Cost {  // nanoseconds a call
-    double library;
-    double floor;
-};
-
-// The program's own clock, in nanoseconds.
-double Now();
-
-inline double TimeOne(int count, const auto& function) {
-    const double start = Now();
+// Elapsed time, because Wine's server does some of the work.
+inline double SecondsFor(int count, const auto& function) {
+    const auto start = std::chrono::steady_clock::now();
     for (int i = 0; i < count; ++i) {
         function();
     }
-    return (Now() - start) / count;
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-inline double FastTime(std::vector<double>& times) {
-    std::ranges::sort(times);
-    return times[times.size() / 10];
-}
-
-// Many short batches of each, by turns: the one that a tenth of them beat. Other programs make a
-// batch longer, and a clock that jumps makes a few shorter.
-inline Cost Measure(const Section& section, void (*callLibrary)(const Section&)) {
-    const auto library = [&] { callLibrary(section); };
-    const auto floor = [&] { section.makePlatformCalls(section.argument); };
-    library();  // what is loaded once is loaded now
-    const int count = std::max(1, static_cast<int>(200'000 / TimeOne(20, library)));
-    std::vector<double> libraryTimes;
-    std::vector<double> floorTimes;
-    for (const double end = Now() + 1.5e9; Now() < end;) {
-        libraryTimes.push_back(TimeOne(count, library));
-        floorTimes.push_back(TimeOne(count, floor));
+// How many times as long `function` takes as `other`: the median of many pairs of short batches.
+// Other programs that run meanwhile change a few pairs, or both halves of one.
+inline double MedianRatio(double seconds, const auto& function, const auto& other) {
+    function();  // what is loaded once is loaded now
+    const int count = std::max(1, static_cast<int>(200e-6 / (SecondsFor(20, function) / 20)));
+    std::vector<double> ratios;
+    for (double spent = 0; spent < seconds;) {
+        const double time = SecondsFor(count, function);
+        const double otherTime = SecondsFor(count, other);
+        ratios.push_back(time / otherTime);
+        spent += time + otherTime;
     }
-    return {FastTime(libraryTimes), FastTime(floorTimes)};
+    std::ranges::sort(ratios);
+    return ratios[ratios.size() / 2];
 }
 
 }  // namespace qb_support::bench

@@ -53,6 +53,20 @@ constexpr SectionKind SectionKindOf(int kind) noexcept {
     return {kind, 0, ""};
 }
 
+namespace detail {
+
+constexpr bool HasEveryKind() noexcept {
+    int kind = 1;
+    while (kind <= kLastKind && *SectionKindOf(kind).name != '\0') {
+        ++kind;
+    }
+    return kind > kLastKind;
+}
+
+static_assert(HasEveryKind(), "a number is missing among the rows, or two rows have the same one");
+
+}  // namespace detail
+
 /// Whether a whole report has sections of this kind: all but the reserved one, which always fails.
 constexpr bool IsInWholeReport(const SectionKind& section) noexcept {
     return section.kind != QbSupportReserved;
