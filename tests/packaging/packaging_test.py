@@ -82,6 +82,27 @@ def package(scratch):
     assert folders == [f"{prefix}/include", f"{prefix}/lib"], found
 
 
+def readme(scratch):
+    """The programs in the first page build as printed, and theirs is the report of the library."""
+    page = (SOURCE / "README.md").read_text()
+    code = {language: re.search(rf"^```{language}\n(.*?)^```", page, re.M | re.S)[1]
+            for language in ("cpp", "cmake", "c")}
+    host = scratch / "host"
+    host.mkdir()
+    (host / "my_host.cpp").write_text(code["cpp"])
+    (host / "section.c").write_text(code["c"])
+    section = "enable_language(C)\nadd_library(section STATIC section.c)\n" \
+        "target_link_libraries(section PRIVATE qbsupport::qbsupport)\n"
+    (host / "CMakeLists.txt").write_text(code["cmake"] + section)
+    build = scratch / "b"
+    cmake(host, build, f"-DCMAKE_PREFIX_PATH={install(scratch)}")
+    run(*EMULATOR, build / "my_host.exe", cwd=build)
+    check_report((build / "report.txt").read_bytes())
+    (build / "QBSUPPORT.dll").unlink()
+    without = subprocess.run((*EMULATOR, build / "my_host.exe"), cwd=build, capture_output=True)
+    assert without.returncode == 1 and b"QBSUPPORT.dll: the file" in without.stderr, without
+
+
 def subproject(scratch):
     """A project that includes the sources gets the library, whatever it defines, and none of its tests."""
     (scratch / "CMakeLists.txt").write_text(f"""
