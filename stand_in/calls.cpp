@@ -13,7 +13,7 @@ thread_local DWORD lastError = 0;
 namespace {
 
 std::mutex mutex;
-std::map<const char*, std::uint64_t> callsByFunction;  // by the address of the name, which is quick
+std::map<const char*, std::uint64_t> callsByFunction;  // by the name's address, which is fast
 std::uint64_t callsMade = 0;
 std::uint64_t firstFault = 0;
 std::uint64_t lastFault = 0;
@@ -77,7 +77,7 @@ bool Fails(const char* function, void* memory, std::size_t size) {
 }
 
 void FillWithGarbage(void* memory, std::size_t size) {
-    if (memory) {  // a caller that only asks for a size has none
+    if (memory) {  // null if the caller only asks for a size
         std::memset(memory, 0xCC, size);
     }
 }

@@ -1,5 +1,5 @@
-// The open handles of one kind. A released handle's value never comes back, so that its later use
-// is noticed.
+// The open handles of one kind. The value of a released handle is not used again, so that its later
+// use is noticed.
 #ifndef QBSUPPORT_STAND_IN_HANDLES_H
 #define QBSUPPORT_STAND_IN_HANDLES_H
 
@@ -17,12 +17,12 @@ class Handles {
 public:
     void* Open(const State& state) {
         const std::lock_guard lock(HandleMutex());
-        static std::uintptr_t last = 0x1000;  // shared by the handles of one state
+        static std::uintptr_t last = 0x1000;  // shared by all objects of this type
         last += 4;
         return m_open.try_emplace(reinterpret_cast<void*>(last), state).first->first;
     }
 
-    /// Null, and a misuse, when it is not open.
+    /// Returns null, and counts a misuse, if the handle is not open.
     State* Find(void* handle) {
         const std::lock_guard lock(HandleMutex());
         const auto open = m_open.find(handle);
@@ -33,7 +33,7 @@ public:
         return &open->second;
     }
 
-    /// False, and a misuse, when it is not open.
+    /// Returns false, and counts a misuse, if the handle is not open.
     bool Release(void* handle) {
         const std::lock_guard lock(HandleMutex());
         const bool wasOpen = m_open.erase(handle) != 0;

@@ -1,5 +1,5 @@
-// The computer that the stand-in platform describes. A test changes the fields that it is about;
-// the rest stays a plain Windows 10 workstation. Change it only while no platform call runs.
+// The computer that the stand-in pretends to be: an ordinary Windows 10 workstation, of which a
+// test changes the fields that it is about. Change it only while no platform call runs.
 #ifndef QBSUPPORT_STAND_IN_MACHINE_H
 #define QBSUPPORT_STAND_IN_MACHINE_H
 
@@ -14,16 +14,16 @@
 
 namespace stand_in {
 
-// How Windows compares names and paths.
+// Whether two names are the same to Windows, which does not distinguish upper and lower case.
 bool SameName(std::string_view left, std::string_view right);
 
-/// Without regard to case.
+/// Ignores upper and lower case.
 struct NameOrder {
     using is_transparent = void;
     bool operator()(std::string_view left, std::string_view right) const;
 };
 
-/// Without regard to case, the kind of slash and slashes at the end.
+/// Ignores upper and lower case, the kind of slash, and slashes at the end.
 struct PathOrder {
     using is_transparent = void;
     bool operator()(std::string_view left, std::string_view right) const;
@@ -39,7 +39,7 @@ struct Version {
     BYTE productType = VER_NT_WORKSTATION;
 };
 
-/// The libraries and functions that a program must look up by name.
+/// Which of the libraries and functions exist that a program looks up by name.
 struct Available {
     bool getNativeSystemInfo = true;
     bool getProductInfo = true;
@@ -60,8 +60,8 @@ struct RegistryKey {
     REGSAM access = KEY_ALL_ACCESS;
     std::map<std::string, RegistryValue, NameOrder> values{};
 };
-/// By the path below the root; the empty path is the root itself. A key exists only when listed,
-/// so that a parent is not implied.
+/// By the path below the root. The empty path is the root itself. Only listed keys exist: a key
+/// does not imply its parent.
 using RegistryKeys = std::map<std::string, RegistryKey, NameOrder>;
 
 struct Module {
@@ -78,19 +78,19 @@ struct Process {
 };
 
 struct VersionValue {
-    /// The query path.
+    /// The path by which it is queried.
     std::string path;
-    /// Handed out as they are: a text without its NUL reaches into the next value or, as the last
-    /// one, to the end of the block.
+    /// Handed out as they are. A text without its NUL continues into the next value, or ends with
+    /// the block if it is the last one.
     std::string bytes;
-    /// The length that the query claims, when not that of the bytes.
+    /// The length that the query returns, if it is not that of the bytes.
     std::optional<UINT> claimedLength = std::nullopt;
 };
 
 struct VersionResource {
-    /// When false, the size is found and reading fails.
+    /// If false, the size can be queried, but reading fails.
     bool readable = true;
-    /// In the order in which they lie in the block.
+    /// In the order in which they are in the block.
     std::vector<VersionValue> values{};
 };
 VersionResource ProductVersion(const std::string& version, WORD language = 0x0409,
@@ -113,7 +113,7 @@ struct Machine {
     RegistryKeys currentUser;
     RegistryKeys localMachine;
 
-    /// What GetSystemInfo tells the process, and what GetNativeSystemInfo does.
+    /// What GetSystemInfo and GetNativeSystemInfo report.
     WORD architecture = PROCESSOR_ARCHITECTURE_AMD64;
     WORD nativeArchitecture = PROCESSOR_ARCHITECTURE_AMD64;
     DWORD processors = 8;
@@ -127,10 +127,10 @@ struct Machine {
     std::string currentDirectory = "C:\\Users\\ann\\Documents";
     std::map<std::string, DWORD, PathOrder> attributes;
 
-    /// The identifier of the calling process, which must be among the processes for a snapshot.
+    /// The identifier of the calling process. A snapshot of it needs an entry in `processes`.
     DWORD processId = 4312;
     std::vector<Process> processes;
-    /// The module snapshots that still fail with ERROR_BAD_LENGTH; each one counts it down.
+    /// How many of the next module snapshots fail with ERROR_BAD_LENGTH.
     int badLengthAnswers = 0;
     /// By the file's name or path.
     std::map<std::string, VersionResource, PathOrder> versionResources;
@@ -146,7 +146,7 @@ struct Machine {
     LANGID language = 0x0409;
     std::string languageName = "English (United States)";
     std::map<LCTYPE, std::string> locale;
-    /// By the LC_ constant of <clocale>; a missing category cannot be reported.
+    /// By the LC_ constant of <clocale>. For a missing category, setlocale returns null.
     std::map<int, std::string> runtimeLocale;
 
     /// Seconds since 1970, UTC: 5 January 2022, 09:07:03 local time with the default zone.
@@ -164,7 +164,7 @@ int OpenRegistryKeys();
 int OpenSnapshots();
 int OpenDeviceContexts();
 
-/// Makes a machine the current one for a scope and starts and leaves it with the calls reset.
+/// Makes a machine the current one for a scope, and resets the calls at its start and end.
 class ScopedMachine {
 public:
     explicit ScopedMachine(Machine machine = {});

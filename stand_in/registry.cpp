@@ -78,7 +78,7 @@ LSTATUS RegQueryValueExA(HKEY key, LPCSTR name, LPDWORD reserved, LPDWORD type, 
         FillWithGarbage(data, offered);
         return ERROR_MORE_DATA;
     }
-    // A text that was stored without its NUL is handed out without one.
+    // A text that was stored without its NUL is also handed out without it.
     std::ranges::copy(bytes, data);
     return ERROR_SUCCESS;
 }

@@ -23,7 +23,7 @@ BOOL WINAPI GetProductInfo(DWORD major, DWORD, DWORD, DWORD, DWORD* product) {
     if (Fails(__func__)) {
         return FALSE;
     }
-    // Product types began with version 6.
+    // There are product types since version 6.
     *product = major < 6 ? 0 : CurrentMachine().productInfo;
     return major < 6 ? FALSE : TRUE;
 }
@@ -85,7 +85,7 @@ HMODULE FindLibrary(LPCSTR name, bool onlyLoaded) {
     return Refuse(ERROR_MOD_NOT_FOUND, HMODULE{});
 }
 
-/// The length without the NUL when the path fits, the length with it when it does not.
+/// The length without the NUL if the path fits, and with it if the path does not fit.
 DWORD AnswerPath(const char* function, const std::string& path, LPSTR buffer, DWORD size) {
     if (Fails(function, buffer, size)) {
         return 0;
@@ -132,7 +132,7 @@ BOOL GlobalMemoryStatusEx(MEMORYSTATUSEX* status) {
 
 HANDLE GetCurrentProcess() {
     Count(__func__);
-    // The pseudo handle of the own process has the value of the invalid handle.
+    // The pseudo handle of the calling process has the same value as an invalid handle.
     return INVALID_HANDLE_VALUE;
 }
 
@@ -151,7 +151,7 @@ DWORD GetTimeZoneInformation(TIME_ZONE_INFORMATION* zone) {
 
 DWORD FormatMessageA(DWORD flags, LPCVOID, DWORD message, DWORD language, LPSTR buffer, DWORD size,
                      va_list*) {
-    // Without ignoring the inserts a message with one would read arguments that nobody passed.
+    // Without FORMAT_MESSAGE_IGNORE_INSERTS, Windows would read arguments that were not passed.
     if (Fails(__func__, buffer, size) ||
         flags != (FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS) ||
         language != MAKELANGID(LANG_NEUTRAL, SUBLANG_DEFAULT)) {
@@ -186,7 +186,7 @@ DWORD GetModuleFileNameA(HMODULE module, LPSTR buffer, DWORD size) {
     }
     const std::string& path = CurrentMachine().executablePath;
     Give(path.substr(0, size - 1), buffer, size);
-    // A path that was cut is told by the size alone, as if it filled the buffer to the last byte.
+    // For a truncated path Windows returns the buffer's size.
     return static_cast<DWORD>(std::min<std::size_t>(path.size(), size));
 }
 

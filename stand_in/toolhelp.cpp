@@ -16,13 +16,13 @@ struct OpenSnapshot {
 };
 Handles<OpenSnapshot> openSnapshots;
 
-/// Counts the machine's answer down; several threads may ask at once.
+/// Uses up one of the machine's planned answers. Several threads may ask at the same time.
 bool AnswersBadLength() {
     const std::atomic_ref<int> remaining(CurrentMachine().badLengthAnswers);
     return remaining.load() > 0 && remaining.fetch_sub(1) > 0;
 }
 
-/// Windows documents no terminator for a name that fills its field: none is written then.
+/// A name that fills its field gets no terminator, because Windows documents none.
 template <std::size_t Size>
 void CopyName(char (&field)[Size], const std::string& name) {
     std::memset(field, 0, Size);

@@ -8,7 +8,7 @@ using namespace stand_in;
 namespace {
 
 bool Holds(unsigned condition, DWORD actual, DWORD asked, bool isSuite) {
-    // Answers for the suites asked about and no others; equality too, which Windows may refuse.
+    // Compares only the suites that are asked about. Windows may refuse VER_EQUAL for suites.
     actual = isSuite ? actual & asked : actual;
     return condition == VER_EQUAL ? actual == asked
                                   : condition == VER_GREATER && !isSuite && actual > asked;
@@ -16,7 +16,7 @@ bool Holds(unsigned condition, DWORD actual, DWORD asked, bool isSuite) {
 
 }  // namespace
 
-// One condition of three bits for every type bit, the lowest type bit first.
+// The mask has three bits for each type bit, starting with the lowest.
 ULONGLONG VerSetConditionMask(ULONGLONG mask, DWORD typeBit, BYTE condition) {
     Count(__func__);
     return mask | ULONGLONG{condition} << __builtin_ctz(typeBit) * 3;

@@ -7,8 +7,8 @@ using namespace stand_in;
 
 namespace {
 
-// The block: for every value an entry, its path and its bytes. Each part starts at a multiple of
-// four as in Windows' own blocks, and nothing follows the last value's bytes.
+// A block has an entry, a path and bytes for each value. Each of these parts starts at a multiple
+// of four, as in Windows' own blocks. Nothing follows the bytes of the last value.
 struct Entry {
     DWORD pathSize;
     DWORD size;
@@ -30,7 +30,7 @@ std::string Block(const VersionResource& resource) {
         write(value.path.data(), value.path.size());
         write(value.bytes.data(), value.bytes.size());
     }
-    // One without values is there all the same.
+    // A resource without values exists nevertheless.
     return block.empty() ? std::string(sizeof(Entry), '\0') : block;
 }
 

@@ -1,4 +1,4 @@
-// The Application section and the single environment variable.
+// The Application section, and the line of a single environment variable.
 #include "core/collector.h"
 #include "directories/paths.h"
 #include "platform/environment.h"

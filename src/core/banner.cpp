@@ -1,4 +1,4 @@
-// The Banner section: who reads the report and what becomes of it.
+// The Banner section: where to send the report, and the privacy statement.
 #include <string_view>
 
 #include "core/collector.h"
@@ -13,7 +13,7 @@ constexpr std::string_view kEmailLine =
     "<" QBSUPPORT_SUPPORT_EMAIL "> along with a concise description of the problem.";
 static_assert(kEmailLine.size() <= kWidth, "the support e-mail address is too long");
 
-// Filled up with spaces in the report.
+// In the report, each line is filled with spaces to the full width.
 constexpr std::string_view kLines[] = {
     "The following support information is collected in order to help",
     "Quenbar support team replicate and troubleshoot technical problems.",

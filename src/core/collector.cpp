@@ -1,4 +1,4 @@
-// What the base collector writes where a system has nothing to add: headings.
+// The sections of the base collector that write a heading or nothing.
 #include "core/collector.h"
 
 namespace qb_support {
@@ -65,7 +65,7 @@ bool CQbSupport::GetModulesInfo(CText& result, CText& argument) {
         if (!argument.Empty()) {
             result << " (" << argument << ')';
         }
-        // The underline covers the bare title, whatever the argument added to it.
+        // The underline is as long as the title without the argument.
         result << "\r\n-------\r\n";
     }
     return true;

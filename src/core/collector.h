@@ -12,12 +12,13 @@
 
 namespace qb_support {
 
-// The portable base. Its sections write their heading or nothing; those that need no platform
-// facility are complete. A collector is built for one call and runs one section.
+// The base collector. Its banner and its Date and Time section are complete, and its Locale section
+// reports the run-time library's locale. Its other sections write their heading or nothing. A
+// collector is built for one call and runs one section.
 //
-// Every section operation appends to `result` and returns true when the text is complete, false
-// when there is nothing valid to hand out. Content lines start with m_indent, headings never do.
-// Line ends are CR LF or LF, line by line; readers of the report rely on both.
+// Every section operation appends to `result`. It returns true if the text is complete, and false
+// if there is nothing valid to hand out. Content lines start with m_indent, headings never do. Each
+// line ends in CR LF or in LF on purpose, because readers of the report rely on both.
 class CQbSupport {
 public:
     CQbSupport() = default;
@@ -46,30 +47,30 @@ public:
     virtual bool GetReservedInfo(CText& result, CText& argument);
     virtual bool GetDisplayInfo(CText& result, CText& argument);
 
-    // Helpers for a collector whose environment is listed with markers around each variable. No
-    // section calls them so far. Always true.
+    // Helpers for a collector that lists the environment with markers around each variable. No
+    // section calls them yet. They always return true.
     virtual bool AppendEnvironmentNotSet(const char* prefix, const char* name, CText& result);
     virtual bool AppendEnvironmentBegin(const char* name, CText& result);
     virtual bool AppendEnvironmentEnd(const char* prefix, const char* name, CText& result);
 
-    // The time zone in force, as the Date and Time section shows it. UTC = local time + bias. Here
-    // always true, with zeros when the platform gives none; a collector that returns false shows
-    // the time alone.
-    //   biasSeconds    the bias now, the standard or daylight part included, in seconds
-    //   isDaylight     whether daylight saving time is in force
+    // Gets the current time zone for the Date and Time section. UTC = local time + bias. Returns
+    // true here, with zeros if the platform fails. If a derived collector returns false, the
+    // section shows the time only.
+    //   biasSeconds    the current bias in seconds, including the standard or daylight part
+    //   isDaylight     whether daylight saving time is in effect
     //   biasText       the base bias, without either part, as hours:minutes and "h"
     //   biasMinutes    the base bias in minutes
-    //   daylightBias   the daylight part in minutes, in force or not
+    //   daylightBias   the daylight part in minutes, also while it is not in effect
     virtual bool GetTimeZone(std::int32_t& biasSeconds, bool& isDaylight, CText& biasText,
                              std::int32_t& biasMinutes, std::int32_t& daylightBias);
 
-    // Runs the section that `kind` selects under `flags` (both as in the public header) on an
-    // emptied `result`, then writes the separator when that was asked for. Returns what the section
-    // returned, false for an unknown kind.
+    // Empties `result`, runs the section that `kind` selects, and appends the separator if `flags`
+    // asks for it (both as in the public header). Returns what the section returned, or false for
+    // an unknown kind.
     bool GetInfo(int kind, unsigned int flags, CText& result, CText& argument);
 
-    // Collectors live on the stack. The virtual destructor refers to a way to free one all the
-    // same, and the run-time library's own is not linked.
+    // Collectors live on the stack. The compiler needs an operator delete nevertheless, because the
+    // destructor is virtual, and the C++ run-time library with its own is not linked.
     static void* operator new(std::size_t size) = delete;
     static void operator delete(void* block) { std::free(block); }
 
@@ -104,12 +105,12 @@ public:
     bool GetDisplayInfo(CText& result, CText& argument) override;
 
 private:
-    // One line for each module of the process: 1 after a complete walk, 0 when the modules could
-    // not be had (a warning then stands on standard output).
+    // Appends a line for each module of the process and returns 1. If the modules cannot be listed,
+    // writes a warning to standard output and returns 0.
     int ListProcessModules(DWORD processId, CText& result);
 
-    // Adds a monitor to the collector that `collector` points to; stops the enumeration when there
-    // is no memory for it.
+    // Adds a monitor to the collector that `collector` points to. Stops the enumeration if memory
+    // runs out.
     static BOOL CALLBACK EnumMonitorCallback(HMONITOR monitor, HDC deviceContext, RECT* rectangle,
                                              LPARAM collector);
 

@@ -10,7 +10,7 @@ constexpr std::uint32_t Magnitude(std::int32_t number) {
     return number < 0 ? 0U - bits : bits;
 }
 
-// The platform's biases come from the registry and may be anything: sums and products wrap around
+// The biases come from the registry and may have any value, so sums and products wrap around
 // instead of overflowing.
 constexpr std::int32_t SecondsOf(LONG minutes, LONG moreMinutes) {
     const auto sum = static_cast<std::uint32_t>(minutes) + static_cast<std::uint32_t>(moreMinutes);
@@ -23,7 +23,7 @@ void AppendHoursAndMinutes(CText& text, std::int32_t minutes) {
 
 void AppendCurrentTime(CText& result) {
     const auto now = _time64(nullptr);
-    // It ends in a line feed of its own, and is null outside the years that the run time knows.
+    // The text ends in a line feed. It is null if the run time does not support the year.
     const char* const text = _ctime64(&now);
     result << (text != nullptr ? text : "\n");
 }
@@ -68,7 +68,7 @@ bool CQbSupport::GetTimeZone(std::int32_t& biasSeconds, bool& isDaylight, CText&
     TIME_ZONE_INFORMATION zone{};
     const DWORD season = GetTimeZoneInformation(&zone);
     if (season == TIME_ZONE_ID_INVALID) {
-        zone = {};  // a failed call leaves the record in no defined state
+        zone = {};  // after a failed call its content is undefined
     }
 
     if (season == TIME_ZONE_ID_DAYLIGHT) {

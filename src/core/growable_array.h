@@ -11,11 +11,11 @@
 
 namespace qb_support {
 
-// The first InlineCapacity values live in the object itself, more in a block from malloc. A zero
-// value always stands after the last one, so that an array of characters is terminated. When
-// memory runs out the array remembers it: it keeps what it has, takes nothing more, and Failed()
-// stays true, so that its owner appends freely and asks once at the end. What is appended must not
-// lie in the array itself.
+// Up to InlineCapacity values are stored in the object itself, more of them in a block from malloc.
+// A zero value always follows the last one, so that an array of characters is terminated. If memory
+// runs out, the array keeps its values and ignores further ones, and Failed() stays true. The owner
+// can therefore append without checks and ask once at the end. A value to append must not be part
+// of the array itself.
 template <typename Value, std::size_t InlineCapacity>
 class CGrowableArray {
     static_assert(std::is_trivially_copyable_v<Value> && InlineCapacity > 0);
@@ -42,7 +42,7 @@ public:
     [[nodiscard]] const Value* begin() const { return Data(); }
     [[nodiscard]] const Value* end() const { return Data() + m_size; }
 
-    // Forgets the values and keeps the memory and a remembered failure.
+    // Removes the values. Keeps the memory, and a failure.
     void Clear() {
         m_size = 0;
         *MutableData() = Value{};
@@ -54,7 +54,7 @@ public:
         }
     }
 
-    // Adds `count` values for the caller to fill in. Null when there is no memory for them.
+    // Adds `count` values, which the caller fills in. Returns null if memory runs out.
     [[nodiscard]] Value* Extend(std::size_t count) {
         if (m_failed || (count > m_capacity - m_size && !Grow(count))) {
             return nullptr;
@@ -68,12 +68,12 @@ public:
 private:
     [[nodiscard]] Value* MutableData() { return m_block != nullptr ? m_block : m_inline; }
 
-    // Moves to a block that holds `count` values more: at least 1 KB, in which nearly every section
-    // fits, and half as large again, so that appending stays linear and old and new block together
-    // stay below three times the values.
+    // Moves the values to a block with room for `count` more. The block has at least 1 KB, which is
+    // enough for nearly every section, and at least one and a half times the old capacity, so that
+    // the time of many appends stays linear.
     bool Grow(std::size_t count) {
         constexpr std::size_t kSmallestBlock = 1024 / sizeof(Value);
-        // A size that no block can have; the sums below cannot overflow under it.
+        // No block can have so many values. With fewer, the sums below do not overflow.
         constexpr std::size_t kTooMany =
             std::numeric_limits<std::size_t>::max() / sizeof(Value) / 4;
         Value* block = nullptr;
@@ -94,7 +94,7 @@ private:
     }
 
     void Release() {
-        if (m_block != nullptr) {  // most arrays have none: the call is spared
+        if (m_block != nullptr) {  // most arrays have no block, and then the call would waste time
             std::free(m_block);
         }
     }

@@ -40,7 +40,7 @@ CText QueryLocaleValue(LCTYPE lctype) {
     ValueBuffer value = {};
     const int offered = std::clamp(needed, 0, kValueSize);
     const int written = GetLocaleInfoA(LOCALE_USER_DEFAULT, lctype, value, offered);
-    // Offered nothing, the platform writes nothing and tells the size once more.
+    // If the offered size is 0, the platform writes nothing and returns the size once more.
     return ValueText(value, offered > 0 && offered == needed && written > 0);
 }
 

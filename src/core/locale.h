@@ -7,8 +7,9 @@
 
 namespace qb_support {
 
-// The value `lctype` of the user's default locale, in the ANSI code page. Empty when the platform
-// does not give it or it is longer than 1,023 characters.
+// The value `lctype` of the user's default locale, in that locale's ANSI code page, or in the
+// process's if `lctype` includes LOCALE_USE_CP_ACP. Empty if the platform call fails or if the
+// value is longer than 1,023 characters.
 CText QueryLocaleValue(LCTYPE lctype);
 
 }  // namespace qb_support

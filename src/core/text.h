@@ -13,17 +13,17 @@
 
 namespace qb_support {
 
-// An integer right-aligned with spaces in a field of `width` characters; a longer one is written
-// whole.
+// An integer, right-aligned with spaces in a field of `width` characters. A longer one is not
+// truncated.
 struct Padded {
     std::int32_t number;
     std::size_t width;
 };
 
-// A growable text of 8-bit characters, never converted. It is always NUL-terminated, and never
-// throws: when memory runs out it remembers so and ignores what follows, and every text that it is
-// appended to remembers it too. Texts up to 288 characters (any path that fits MAX_PATH, any
-// registry text that we read) need no memory of their own.
+// A growable text of 8-bit characters, which are never converted. It is always NUL-terminated and
+// never throws. If memory runs out, the text has failed: it ignores what is appended later, and
+// each text that it is appended to has failed too. Texts of up to 288 characters, such as any path
+// that fits MAX_PATH and any text read from the registry, need no memory from the heap.
 class CText {
 public:
     CText() = default;
@@ -32,13 +32,13 @@ public:
     [[nodiscard]] bool Failed() const { return m_characters.Failed(); }
     void Fail() { m_characters.Fail(); }
 
-    // False for a text that memory ran out for: what it lacks is not known to be nothing.
+    // A failed text is not empty, because what it lost is unknown.
     [[nodiscard]] bool Empty() const { return m_characters.Size() == 0 && !Failed(); }
     [[nodiscard]] std::size_t Size() const { return m_characters.Size(); }
     [[nodiscard]] std::string_view View() const { return {CStr(), Size()}; }
     [[nodiscard]] const char* CStr() const { return m_characters.Data(); }
 
-    // Makes the text empty and keeps its memory and a remembered failure.
+    // Makes the text empty. Keeps its memory, and a failure.
     void Clear() { m_characters.Clear(); }
 
     CText& operator<<(std::string_view text);
@@ -67,12 +67,12 @@ private:
     CGrowableArray<char, 288> m_characters;
 };
 
-// Replaces, in `text` itself, every occurrence of `from` (not empty) by `to`. What was inserted is
+// Replaces every occurrence of `from`, which must not be empty, in `text` by `to`. Inserted text is
 // not searched again.
 void ReplaceAll(CText& text, std::string_view from, std::string_view to);
 
-// The text of a buffer that a platform call filled: up to its first NUL, or all of it when there is
-// none, since a terminator is never taken for granted.
+// The text in a buffer that a platform call filled: up to the first NUL, or the whole buffer if it
+// has none, because not every call writes one.
 template <std::size_t Size>
 std::string_view BufferText(const char (&buffer)[Size]) {
     return {buffer, static_cast<std::size_t>(std::find(buffer, buffer + Size, '\0') - buffer)};

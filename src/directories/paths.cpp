@@ -6,8 +6,8 @@ namespace qb_support {
 
 namespace {
 
-// The platform is offered one character less than there is, so that a path which it cuts without
-// terminating it is terminated all the same.
+// The platform is offered one character less than the buffer has. A path is then terminated even if
+// the platform truncates it without a NUL.
 constexpr DWORD kOfferedSize = 1023;
 using PathBuffer = char[kOfferedSize + 1];
 
@@ -17,8 +17,8 @@ CText WithForwardSlashes(std::string_view path) {
     return text;
 }
 
-// A path query returns the path's length, 0 when it failed, or the size that it needs when that is
-// not what it was offered.
+// A path query returns the path's length, or 0 if it failed, or the size that it needs if the
+// offered size is too small.
 bool IsWholePath(DWORD length, DWORD offered) {
     return length > 0 && length < offered;
 }

@@ -6,18 +6,18 @@
 
 namespace qb_support {
 
-// Each is written with forward slashes and is empty when the platform fails to give it or it is
+// These paths have forward slashes. A path is empty if the platform call fails or if the path is
 // longer than 1,022 characters.
 CText GetSystemDirectoryPath();
 CText GetWindowsDirectoryPath();
 CText GetTempDirectoryPath();  // ends in a slash, as the platform gives it
 
-// The host process's executable file, not this library. With forward slashes; empty when the
-// platform fails to give it; a path longer than 1,022 characters is cut as the platform cuts it.
+// The executable file of the host process, and not this library. The path has forward slashes. It
+// is empty if the platform call fails, and a path longer than 1,022 characters is truncated.
 CText GetExecutablePath();
 
-// The process's current directory as the platform gives it, backslashes kept. Empty when the
-// platform fails to give it or it is longer than 259 characters.
+// The current directory of the process, with the backslashes that the platform gives. Empty if the
+// platform call fails or if the path is longer than 259 characters.
 CText GetCurrentDirectoryPath();
 
 }  // namespace qb_support

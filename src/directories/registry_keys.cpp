@@ -1,4 +1,4 @@
-// The Registry section: the keys that the host names, with how far the user can open them.
+// The Registry section: the keys that the host names, and the user's access to them.
 #include "core/collector.h"
 #include "platform/registry_key.h"
 
@@ -17,8 +17,8 @@ constexpr AccessTest kAccessTests[] = {
     {KEY_ALL_ACCESS, "(RWA)"},
 };
 
-// "(RO)", "(RW)" or "(RWA)" for the widest of reading, reading and writing, and all access with
-// which the key `path` under the predefined key `root` opens; "(N/A)" when it opens with none.
+// The widest access with which the key `path` under the predefined key `root` opens: "(RO)" for
+// reading, "(RW)" for reading and writing, "(RWA)" for all access, "(N/A)" if it does not open.
 CText RegistryKeyAccessText(HKEY root, const CText& path) {
     const char* text = "(N/A)";
     for (const AccessTest& test : kAccessTests) {

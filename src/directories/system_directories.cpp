@@ -1,4 +1,4 @@
-// The System directories section and the application directory line below it.
+// The System directories section, and the line of the application's directory.
 #include "core/collector.h"
 #include "directories/paths.h"
 
@@ -21,11 +21,11 @@ constexpr Label kLabels[] = {
     {FILE_ATTRIBUTE_TEMPORARY, "TEMP:"},
 };
 
-// The file attributes of `path` as a run of labels that ends in the read-only mark, such as
-// "DIR:HID:RW"; "N/A" when they cannot be read. The mark tells of the attribute, not of access.
+// The labels of the file attributes of `path`, such as "DIR:HID:RW", or "N/A" if the attributes
+// cannot be read. "RO" or "RW" at the end shows the read-only attribute, not the user's access.
 CText FileAttributesText(const CText& path) {
     const DWORD attributes = GetFileAttributesA(path.CStr());
-    // The failure value has every bit set and would read as a file with all attributes at once.
+    // The failure value has every bit set, which would look like a file with all attributes.
     if (attributes == INVALID_FILE_ATTRIBUTES) {
         return CText("N/A");
     }
@@ -39,7 +39,7 @@ CText FileAttributesText(const CText& path) {
     return text;
 }
 
-// `label` ends in an opening bracket, in the same column for every line.
+// `label` ends in an opening bracket, which is in the same column in every line.
 void AppendDirectory(CText& result, const CText& indent, std::string_view label,
                      const CText& path) {
     result << indent << label << path << "] (" << FileAttributesText(path) << ")\n";

@@ -1,4 +1,4 @@
-// The way from an information kind to its section.
+// Runs the section that an information kind selects.
 #include "core/collector.h"
 #include "qbsupport/qbsupport.h"
 #include "qbsupport/sections.hpp"
@@ -7,7 +7,6 @@ namespace qb_support {
 
 namespace {
 
-// The operation is virtual, so that the most derived collector answers.
 bool RunSection(CQbSupport& collector, int kind, CText& result, CText& argument) {
     switch (kind) {
         case QbSupportBanner:

@@ -1,8 +1,8 @@
 /* The library's load configuration, which the linker finds by its name. */
 #include "platform/windows_api.h"
 
-/* An IMAGE_LOAD_CONFIG_DIRECTORY64 as Windows 7 knows it. Not all headers have this member of it
- * under its name. */
+/* The part of IMAGE_LOAD_CONFIG_DIRECTORY64 that Windows 7 knows. It is declared here because not
+ * all headers have a member named dependentLoadFlags. */
 struct LoadConfiguration {
     DWORD size;
     BYTE unused[0x4A];
@@ -10,8 +10,8 @@ struct LoadConfiguration {
     BYTE unusedToo[0x20];
 };
 
-/* Windows 10 1607 and later looks for the libraries that this one imports in System32 alone: a
- * version.dll beside the host is not meant. */
+/* From Windows 10 1607 on, Windows looks for the libraries that this one imports only in System32.
+ * It then does not load a version.dll beside the host. */
 const struct LoadConfiguration _load_config_used = {
     .size = sizeof(struct LoadConfiguration),
     .dependentLoadFlags = LOAD_LIBRARY_SEARCH_SYSTEM32,

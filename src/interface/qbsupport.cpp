@@ -11,7 +11,8 @@ using qb_support::CText;
 
 namespace {
 
-// Hands the caller a block of its own that holds the text and its terminator, nothing more.
+// Copies the text and its terminator into a block of exactly their size, which the caller then
+// owns.
 bool HandOut(const CText& text, char** buffer) {
     const std::size_t size = text.Size() + 1;
     char* const block = static_cast<char*>(std::malloc(size));
@@ -30,7 +31,7 @@ int QBSUPPORT_CALL QbSupportGetInfo(int kind, unsigned int flags, char** buffer,
     CQbSupportWindows collector;
     CText result;
     CText sectionArgument(argument != nullptr ? argument : "");
-    // A cut argument would ask for something else, so no section sees one.
+    // A truncated argument would name something else, so no section gets one.
     if (sectionArgument.Failed()) {
         return 0;
     }

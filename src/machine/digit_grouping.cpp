@@ -66,8 +66,8 @@ void CDigitGrouping::Append(CText& text, std::uint64_t number) const {
 }
 
 CDigitGrouping UserDigitGrouping() {
-    // Unless asked for the process's code page, the platform gives the separator in the locale's
-    // own: a byte that means nothing in a process that speaks UTF-8.
+    // Without LOCALE_USE_CP_ACP, the platform gives the separator in the locale's own code page. In
+    // a process that uses UTF-8, its bytes would mean nothing.
     return {QueryLocaleValue(LOCALE_SGROUPING),
             QueryLocaleValue(LOCALE_STHOUSAND | LOCALE_USE_CP_ACP)};
 }

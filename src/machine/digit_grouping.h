@@ -17,6 +17,8 @@ public:
     // longer than one byte.
     CDigitGrouping(CText sizes, CText separator);
 
+    // Appends a number with its digits grouped. If the memory for the sizes or the separator ran
+    // out, `text` has failed afterwards.
     void Append(CText& text, std::uint64_t number) const;
 
 private:
@@ -24,7 +26,7 @@ private:
     CText m_separator;
 };
 
-// The grouping of the user's default locale; none when the platform does not give it.
+// The grouping of the user's default locale, or no grouping if the platform does not give it.
 CDigitGrouping UserDigitGrouping();
 
 }  // namespace qb_support

@@ -5,8 +5,8 @@ namespace qb_support {
 
 namespace {
 
-// The device context of the whole screen, got and released again. A session without a screen has
-// none.
+// The device context of the whole screen, which is released at the end of this object's life. A
+// session without a screen has none.
 class CScreenDeviceContext {
 public:
     CScreenDeviceContext() : m_context(GetDC(nullptr)) {}
@@ -18,7 +18,7 @@ public:
         }
     }
 
-    // The value `index` of the screen's capabilities; 0 when there is no screen.
+    // The value `index` of the screen's capabilities, or 0 if there is no screen.
     [[nodiscard]] int Capability(int index) const {
         return m_context != nullptr ? GetDeviceCaps(m_context, index) : 0;
     }
@@ -38,7 +38,7 @@ Resolution QueryResolution() {
     return {horizontal, screen.Capability(LOGPIXELSY)};
 }
 
-// Coordinates are the driver's and may be anything: arithmetic on them wraps around.
+// Coordinates come from the driver and may have any value, so arithmetic on them wraps around.
 constexpr std::int32_t Distance(LONG from, LONG to) {
     return static_cast<std::int32_t>(static_cast<std::uint32_t>(to) -
                                      static_cast<std::uint32_t>(from));

@@ -9,7 +9,7 @@ namespace {
 
 constexpr char kProcessorKey[] = "HARDWARE\\DESCRIPTION\\System\\CentralProcessor\\0";
 
-// Whatever the value's type, its bytes up to the first NUL are taken as text.
+// Reads the bytes of a value up to the first NUL as text, whatever the type of the value.
 bool ReadValue(const CRegistryKey& key, const char* name, CText& text) {
     CRegistryKey::TextBuffer buffer;
     DWORD type = REG_NONE;
@@ -21,8 +21,8 @@ bool ReadValue(const CRegistryKey& key, const char* name, CText& text) {
     return true;
 }
 
-// Attempts all three values of an open processor key. One that is missing or longer than 255 bytes
-// leaves its text as it was. True when all three were read.
+// Tries to read all three values of an open processor key. Returns false if one of them is missing
+// or longer than 255 bytes.
 bool ReadProcessorDescription(const CRegistryKey& key, CText& name, CText& identifier,
                               CText& vendor) {
     const bool hasName = ReadValue(key, "ProcessorNameString", name);
@@ -47,7 +47,8 @@ bool CQbSupportWindows::GetHardwareInfo(CText& result) {
         }
     }
 
-    // The labels name other things than the values beside them; support staff know them so.
+    // The first three labels do not describe their values. This is intended, because support staff
+    // know the report this way.
     result << m_indent << "CPU Architecture:  " << name << '\n'
            << m_indent << "CPU Type:          " << identifier << '\n'
            << m_indent << "CPU Level:         " << vendor << '\n'

@@ -7,7 +7,7 @@ namespace qb_support {
 
 namespace {
 
-// Writes lines whose numbers are grouped as the user groups digits.
+// Writes lines with numbers whose digits are grouped as in the user's regional settings.
 class CMemoryLines {
 public:
     CMemoryLines(CText& result, const CText& indent)
@@ -18,7 +18,7 @@ public:
         m_result << "\r\n";
     }
 
-    // Whole kilobytes; the remainder is dropped.
+    // In whole kilobytes, rounded down.
     void AppendBytes(std::string_view label, std::uint64_t bytes) {
         AppendNumber(label, bytes >> 10);
         m_result << " KB\r\n";
@@ -47,7 +47,7 @@ void AppendSystemMemory(CMemoryLines& lines) {
 }
 
 bool QueryProcessMemory(PROCESS_MEMORY_COUNTERS& counters) {
-    // The library stays loaded: another part of the host may use it by now.
+    // psapi.dll is not freed again, so that later calls find it loaded.
     auto* const getProcessMemoryInfo = FindFunction<decltype(GetProcessMemoryInfo)>(
         LoadLibraryA("psapi.dll"), "GetProcessMemoryInfo");
     counters.cb = sizeof(counters);

@@ -10,14 +10,15 @@ namespace qb_support {
 
 namespace {
 
-// A file's version resource as it was read: the bytes that the platform asked for, aligned as it
-// lays them out. Those of most files fit on the stack, in less than a page of it.
+// A file's version resource. It has `size` bytes, stored as words because the platform aligns its
+// parts to them. The resources of most files fit in the object itself, which lies on the stack and
+// is smaller than a page.
 struct VersionBlock {
     CGrowableArray<DWORD, 768> words;
     DWORD size;
 };
 
-// The first language and code page under which the resource holds its texts.
+// The first language and code page for which the resource has texts.
 struct Translation {
     WORD language;
     WORD codePage;
@@ -29,8 +30,8 @@ void AppendHexadecimal(CText& text, WORD number) {
     }
 }
 
-// How far it is from a value to the block's end. For a value that lies outside the block, which no
-// system is known to hand out, the distance is too large and bounds nothing.
+// The number of bytes from a value to the end of the block. No known system returns a value outside
+// the block. For such a value the result would be too large, and so no limit.
 std::size_t RoomAt(const VersionBlock& block, const void* value) {
     const auto end = reinterpret_cast<std::uintptr_t>(block.words.Data()) + block.size;
     return end - reinterpret_cast<std::uintptr_t>(value);
@@ -48,9 +49,9 @@ bool FindTranslation(const VersionBlock& block, Translation& translation) {
     return true;
 }
 
-// The text of a value: up to its first NUL, or to the end of the block when it has none. The length
-// that the platform claims is no bound: it counts characters, of which some code pages have several
-// bytes in one.
+// The text of a value: up to its first NUL, or to the end of the block if there is none. The length
+// that the platform gives is not used, because it counts characters, which have several bytes in
+// some code pages.
 std::string_view ValueText(const VersionBlock& block, const char* value) {
     const std::size_t room = RoomAt(block, value);
     const void* const terminator = std::memchr(value, '\0', room);
@@ -69,7 +70,7 @@ CText ProductVersion(const VersionBlock& block) {
     AppendHexadecimal(path, translation.codePage);
     path << "\\ProductVersion";
 
-    // The call's result misleads: it is the value's address that tells whether there is one.
+    // The call's result is not reliable. Only the address says whether there is a value.
     void* value = nullptr;
     UINT ignored = 0;
     VerQueryValueA(block.words.Data(), path.CStr(), &value, &ignored);
@@ -85,6 +86,7 @@ CText GetModuleVersion(const char* name) {
     DWORD ignored = 0;
     const DWORD size = GetFileVersionInfoSizeA(name, &ignored);
     if (size == 0) {
+        // "Modul" is intended: support staff search reports for this exact text.
         return CText("Modul or version info not found!");
     }
     VersionBlock block{{}, size};

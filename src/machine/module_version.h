@@ -6,8 +6,8 @@
 
 namespace qb_support {
 
-// The product version of the file `name`, a path or a file name that the platform's library search
-// finds, or a fixed text that says why there is none.
+// The product version of the file `name`, or a fixed text that says why there is none. `name` is a
+// path, or a file name that the platform looks for in the directories of its library search.
 CText GetModuleVersion(const char* name);
 
 }  // namespace qb_support

@@ -1,4 +1,4 @@
-// The Modules section: the modules loaded in a process, and single modules, with their versions.
+// The Modules section: the modules that a process has loaded, or a single module, with versions.
 #include <cstdio>
 
 #include "core/collector.h"
@@ -9,7 +9,7 @@ namespace qb_support {
 namespace {
 
 // A snapshot of the running processes or of one process's modules. Owns the handle, which is
-// INVALID_HANDLE_VALUE when there is none.
+// INVALID_HANDLE_VALUE if there is none.
 class CSnapshot {
 public:
     explicit CSnapshot(HANDLE handle) : m_handle(handle) {}
@@ -30,8 +30,9 @@ private:
 
 constexpr DWORD kModulesOfAnyWidth = TH32CS_SNAPMODULE | TH32CS_SNAPMODULE32;
 
-// While a process loads modules the snapshot fails with ERROR_BAD_LENGTH; the platform's advice is
-// to try again. A process that never stops loading must not hold up its host for ever.
+// While a process loads modules, the snapshot may fail with ERROR_BAD_LENGTH, and Windows'
+// documentation says to try again. The tries are limited, because a process that never stops
+// loading must not block the host.
 constexpr int kMostTries = 100;
 
 HANDLE TakeModuleSnapshot(DWORD processId) {
@@ -45,8 +46,8 @@ HANDLE TakeModuleSnapshot(DWORD processId) {
     return handle;
 }
 
-// The identifier of the first running process whose executable file is named `name`, letter case
-// included; 0 when there is none or the processes cannot be listed.
+// The identifier of the first running process whose executable file is named `name`, in the same
+// upper and lower case, or 0 if there is none or if the processes cannot be listed.
 DWORD FindProcessId(std::string_view name) {
     const CSnapshot snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
     if (!snapshot.IsValid()) {
@@ -67,7 +68,7 @@ bool IsControl(char character) {
     return static_cast<unsigned char>(character) < 0x20;
 }
 
-// Cuts a system message where its first line ends, and its closing full stops and blanks off.
+// The first line of a system message, without full stops and blanks at its end.
 std::string_view Trimmed(std::string_view message) {
     std::size_t end = 0;
     while (end < message.size() && (!IsControl(message[end]) || message[end] == '\t')) {
@@ -80,9 +81,9 @@ std::string_view Trimmed(std::string_view message) {
     return {message.data(), end};
 }
 
-// Writes one line about the calling thread's last platform error, with the system's own text for
-// it, to the process's standard output, at once. To be called before anything else changes that
-// error.
+// Writes a line about the calling thread's last error, with the system's text for it, to standard
+// output. It must be called before another platform call changes that error. The line begins with
+// its line end and has none behind it, which is intended.
 void PrintLastErrorWarning(const char* operation) {
     const DWORD error = GetLastError();
     char buffer[256] = {};
@@ -92,7 +93,8 @@ void PrintLastErrorWarning(const char* operation) {
     const CText message(length != 0 ? Trimmed(BufferText(buffer)) : std::string_view());
     std::printf("\n  WARNING: %s failed with error %d (%s)", operation, static_cast<int>(error),
                 message.CStr());
-    // A pipe would get it behind what the host prints later, or not at all from a host that dies.
+    // Without this, a pipe would get the line after what the host prints next, or not at all if the
+    // host crashes.
     static_cast<void>(std::fflush(stdout));
 }
 

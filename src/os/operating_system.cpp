@@ -23,7 +23,7 @@ void AppendVersion(CText& result, const CText& indent, const OSVERSIONINFOEXA& v
     }
 }
 
-// Shows the registry's own names where they differ from the composed ones, below one empty line.
+// Appends those of the registry's names that differ from the composed ones, below an empty line.
 void AppendRegistryNames(CText& result, const CText& indent, const CText& displayName,
                          const CText& editionText, const CText& productName,
                          const CText& editionId) {
@@ -32,7 +32,7 @@ void AppendRegistryNames(CText& result, const CText& indent, const CText& displa
     CText registryName;
     registryName << "Microsoft " << productName;
     if (composedName.Failed() || registryName.Failed()) {
-        result.Fail();  // without memory for the comparison the section would be a guess
+        result.Fail();  // nobody knows then whether they differ
         return;
     }
 

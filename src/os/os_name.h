@@ -15,8 +15,8 @@ namespace qb_support {
 //   wordSize         "64-bit", "32-bit" or empty
 //   displayVersion   the registry's label of the feature update
 //   updateRevision   the registry's revision number of the latest update
-// The registry's texts are empty when it does not hold them. Returns false, with an empty display
-// name and word size, for a system that is not of the NT family or older than 5.0.
+// A text from the registry is empty if the registry does not have it. Returns false, with an empty
+// display name and word size, for a system that is older than 5.0 or not of the NT family.
 bool ComposeOsName(OSVERSIONINFOEXA version, CText& displayName, CText& editionText,
                    CText& productName, CText& editionId, CText& wordSize, CText& displayVersion,
                    CText& updateRevision);

@@ -14,8 +14,9 @@ struct ProductEdition {
     const char* text;
 };
 
-// By the product types that GetProductInfo reports. The words are the report's own; support staff
-// search for them.
+// The texts for the product types that GetProductInfo reports. They are not all Windows' own names:
+// some repeat, 0x13 and 0x26 look wrong, and 0x26 has two spaces in a row. All of this is intended,
+// because support staff search reports for these exact texts.
 // clang-format off
 constexpr ProductEdition ProductEditionTable[] = {
     {0x01, "Ultimate Edition"},  // PRODUCT_ULTIMATE
@@ -101,7 +102,7 @@ constexpr ProductEdition ProductEditionTable[] = {
 };
 // clang-format on
 
-// The system's product type; 0 on a system that has no such call.
+// The system's product type, or 0 on a system that has no GetProductInfo.
 DWORD QueryProductType(DWORD majorVersion, DWORD minorVersion) {
     DWORD productType = 0;
     auto* const getProductInfo =

@@ -8,9 +8,10 @@
 
 namespace qb_support {
 
-// Names the edition of Windows `majorVersion`.`minorVersion`: `editionText` from the product type
-// that the system reports, or the registry's identifier for a type that has no text here;
-// `editionId` is that identifier itself. Either may be empty. Always returns true.
+// Gets the edition of the running Windows, whose version is `majorVersion`.`minorVersion`.
+// `editionId` is its identifier in the registry. `editionText` is the text for the product type
+// that the system reports, or that identifier if the product type has no text here. Either may be
+// empty. Always returns true.
 bool GetOsEdition(std::uint32_t majorVersion, std::uint32_t minorVersion, CText& editionText,
                   CText& editionId);
 

@@ -4,7 +4,7 @@ namespace qb_support {
 
 namespace {
 
-// Everything that is not known to be a workstation goes under the server names.
+// All product types but this one get the names of servers.
 bool IsWorkstation(const OSVERSIONINFOEXA& version) {
     return version.wProductType == VER_NT_WORKSTATION;
 }
@@ -13,6 +13,8 @@ bool HasSuite(const OSVERSIONINFOEXA& version, WORD suite) {
     return (version.wSuiteMask & suite) != 0;
 }
 
+// Only two builds of servers below 22000 have a name, and all servers from there on have the same
+// one. That is intended: a newer server gets no name of its own here.
 std::string_view Version10Name(const OSVERSIONINFOEXA& version) {
     const bool workstation = IsWorkstation(version);
     if (version.dwBuildNumber >= 22000) {
@@ -83,8 +85,8 @@ std::string_view Server2003Edition(const OSVERSIONINFOEXA& version, WORD archite
                                                 : "Standard Edition";
 }
 
-// The base name of version 5.2. The last one ends in a separator, which a server's edition
-// replaces and a workstation without one keeps.
+// The base name of version 5.2. The last one ends in a separator. It is intended that workstations,
+// which get no edition after it, keep this separator.
 std::string_view Server2003BaseName(const OSVERSIONINFOEXA& version, WORD architecture) {
     if (GetSystemMetrics(SM_SERVERR2) != 0) {
         return "Windows Server 2003 R2";

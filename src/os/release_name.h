@@ -7,8 +7,8 @@
 
 namespace qb_support {
 
-// Appends the name of the release that `version` describes, without "Microsoft", to `name`;
-// nothing for a release that has no name here. `architecture` is a PROCESSOR_ARCHITECTURE_ value.
+// Appends the name of the release that `version` describes, without "Microsoft", to `name`, or
+// nothing if the release has no name here. `architecture` is a PROCESSOR_ARCHITECTURE_ value.
 void AppendReleaseName(CText& name, const OSVERSIONINFOEXA& version, WORD architecture);
 
 // "64-bit" or "32-bit"; empty for another architecture or a major version without names.

@@ -15,6 +15,7 @@ struct KnownVersion {
     WORD servicePack;
 };
 
+// In the order in which they are tried.
 constexpr KnownVersion KnownVersionTable[] = {
     {10, 0, 0}, {6, 3, 0}, {6, 2, 0}, {6, 1, 1}, {6, 1, 0}, {5, 1, 3}, {5, 1, 2},
     {5, 1, 1},  {5, 1, 0}, {6, 0, 2}, {6, 0, 1}, {6, 0, 0}, {5, 2, 2}, {5, 2, 1},
@@ -33,13 +34,13 @@ constexpr WORD kSuites[] = {
 
 constexpr BYTE kProductTypes[] = {VER_NT_WORKSTATION, VER_NT_SERVER, VER_NT_DOMAIN_CONTROLLER};
 
-// The search for the build number: coarse steps first, up to the limit.
+// The search for the build number starts with coarse steps and stops at the limit.
 constexpr DWORD kBuildSteps[] = {100000, 10000, 7000, 1000, 500, 100, 50, 10};
 constexpr DWORD kBuildLimit = 1000000;
 
-// Whether the running system's value of one field stands in the relation `condition` to `value`,
-// as the platform answers it: 0 for no. Suites and builds take only an exact 1 for a yes, the other
-// fields anything else.
+// Asks whether one field of the running system's version meets `condition` compared with `value`,
+// and returns the platform's answer, which is 0 for no. The callers below count only 1 as yes for
+// suites and builds, and any other answer than 0 for the other fields.
 template <typename Field>
 BOOL Ask(Field OSVERSIONINFOEXA::* field, Field value, DWORD fieldBit, BYTE condition) {
     OSVERSIONINFOEXA probe{};
@@ -87,7 +88,7 @@ bool FindVersionByScan(DWORD& major, DWORD& minor) {
         if (!IsMajorVersion(major)) {
             continue;
         }
-        // The versions from 6.0 to 6.2 are the table's.
+        // The table has the versions 6.0 to 6.2.
         for (minor = major == 6 ? 3 : 0; minor <= 5; ++minor) {
             if (IsMinorVersion(minor)) {
                 return true;
@@ -106,7 +107,8 @@ WORD FindServicePack() {
     return 0;
 }
 
-// Fills what both searches find in the same way once the service pack is known.
+// Fills the fields that both searches find in the same way. The service pack must be filled
+// already.
 void CompleteRecord(OSVERSIONINFOEXA& version) {
     version.wSuiteMask = DetectSuiteMask();
     version.dwBuildNumber = DetectBuildNumber();
@@ -178,7 +180,7 @@ std::uint32_t DetectBuildNumber() {
             base += step;
         }
     }
-    // The number is now at most ten above the base, on a system whose answers agree.
+    // If the system's answers are consistent, the number is now at most ten above the base.
     for (; base < kBuildLimit; ++base) {
         if (IsBuildEqual(base)) {
             return base;

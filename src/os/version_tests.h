@@ -1,8 +1,8 @@
 // The running Windows version, found by yes/no questions to the platform's version comparison.
 //
-// The answers are those that the platform gives to this process. From Windows 8.1 on it tells a
-// host the newest system that the application manifest names as supported: 6.2 without a manifest,
-// 6.3 with one that stops at 8.1.
+// From Windows 8.1 on, the answers depend on the manifest of the host's program. If the manifest
+// names Windows 10, they are true. If it names 8.1 but not 10, they are at most 6.3. If it names
+// neither, or if there is no manifest, they are 6.2, even if it names Windows 7.
 #ifndef QBSUPPORT_OS_VERSION_TESTS_H
 #define QBSUPPORT_OS_VERSION_TESTS_H
 
@@ -12,22 +12,23 @@
 
 namespace qb_support {
 
-// Tries the known versions in the table's order. Fills the record and returns true, or returns
-// false, with a record of zeros, when the system is none of them.
+// Tries the versions of a table. Fills the record and returns true, or returns false, with a record
+// of zeros, if the system has none of these versions.
 bool DetectVersionFromTable(OSVERSIONINFOEXA& version);
 
-// Walks the versions 6.3 to 6.5, and 7 to 10 with a minor version of 0 to 5, likewise. A service
-// pack other than 1 to 4 is recorded as 0.
+// Tries the versions 6.3 to 6.5, and 7 to 10 with the minor versions 0 to 5, in the same way. A
+// service pack other than 1 to 4 is recorded as 0.
 bool DetectVersionByScan(OSVERSIONINFOEXA& version);
 
-// VER_NT_WORKSTATION, VER_NT_SERVER or VER_NT_DOMAIN_CONTROLLER; 0 when the system denies all.
+// VER_NT_WORKSTATION, VER_NT_SERVER or VER_NT_DOMAIN_CONTROLLER; 0 if the system denies
+// all three.
 std::uint8_t DetectProductType();
 
-// The VER_SUITE_ bits that the system confirms, of the thirteen that are asked for. They are asked
-// for by equality, which systems may refuse for suites: none is confirmed then.
+// Those of thirteen VER_SUITE_ bits that the system confirms. The condition of the tests is
+// VER_EQUAL, which Windows does not document for suites. A system that refuses it confirms none.
 std::uint16_t DetectSuiteMask();
 
-// The build number; 0 when it is 1,000,000 or more, or the system confirms none.
+// The build number, or 0 if it is 1,000,000 or more or if the system confirms none.
 std::uint32_t DetectBuildNumber();
 
 }  // namespace qb_support

@@ -8,7 +8,7 @@
 
 #if defined(_UCRT) || defined(_MSC_VER)
 #define QBSUPPORT_ON_UCRT
-// Not all headers declare it.
+// Not all compilers' headers declare it.
 extern "C" int _initialize_narrow_environment();
 #endif
 

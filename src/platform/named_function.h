@@ -1,4 +1,4 @@
-// Functions that not every system has, looked up by name at the moment of use.
+// Finds functions by name, because not every system has them.
 #ifndef QBSUPPORT_PLATFORM_NAMED_FUNCTION_H
 #define QBSUPPORT_PLATFORM_NAMED_FUNCTION_H
 
@@ -6,15 +6,15 @@
 
 namespace qb_support {
 
-// The function `name` of `module`, null when there is no such module or function. `Function` is the
-// function's type.
+// The function `name` of `module`, or null if there is no such module or function. `Function` is
+// the function's type.
 template <typename Function>
 Function* FindFunction(HMODULE module, const char* name) {
-    // A null module would search the host's executable.
+    // For a null module, GetProcAddress would search the host's executable.
     if (module == nullptr) {
         return nullptr;
     }
-    // By way of a third type, because compilers doubt a direct cast between the other two.
+    // Through a third type, because compilers warn about a direct cast between the other two.
     return reinterpret_cast<Function*>(reinterpret_cast<void*>(GetProcAddress(module, name)));
 }
 

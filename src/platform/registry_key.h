@@ -6,10 +6,11 @@
 
 namespace qb_support {
 
-// Opens a key and closes it again. No registry view is asked for: the process's own is read.
+// Opens a key, and closes it at the end of its life. It asks for no registry view, so that it reads
+// the process's own.
 class CRegistryKey {
 public:
-    // The longest value that is read, its terminator included, as a registry text.
+    // The size of the longest value that is read as a text, including its terminator.
     static constexpr DWORD kLongestText = 255;
     using TextBuffer = char[kLongestText + 1];
 
@@ -25,13 +26,13 @@ public:
 
     [[nodiscard]] bool IsOpen() const { return m_open; }
 
-    // Reads a value of at most 255 bytes, and its type, into `text`. The registry stores whatever
-    // bytes it was given, with or without a terminator: one is put behind what came back. Returns
-    // false, with an empty text, when the value is missing or longer.
+    // Reads a value of at most 255 bytes into `text`, and its type. A terminator is added, because
+    // the registry stores any bytes, with or without one. Returns false, with an empty text, if the
+    // value is missing or longer.
     bool QueryText(const char* valueName, TextBuffer& text, DWORD& type) const;
 
-    // Reads a value of at most 4 bytes, and its type; bytes that it lacks are zero. Returns false
-    // when it is missing or longer.
+    // Reads a value of at most 4 bytes, and its type. If it has fewer bytes, the others are zero.
+    // Returns false if the value is missing or longer.
     bool QueryNumber(const char* valueName, DWORD& number, DWORD& type) const;
 
 private:

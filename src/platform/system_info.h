@@ -1,4 +1,4 @@
-// The processors as the system sees them.
+// The machine's processors.
 #ifndef QBSUPPORT_PLATFORM_SYSTEM_INFO_H
 #define QBSUPPORT_PLATFORM_SYSTEM_INFO_H
 
@@ -6,9 +6,9 @@
 
 namespace qb_support {
 
-// The system information for the machine, not for a 32-bit process on it; on ARM64 an emulated
-// process is told of the emulated processor all the same. The process's view on a system that has
-// no GetNativeSystemInfo.
+// The system information about the machine. On ARM64, an emulated process nevertheless gets the
+// emulated processor. On a system without GetNativeSystemInfo, it is the machine as this process
+// sees it.
 SYSTEM_INFO QuerySystemInfo();
 
 }  // namespace qb_support

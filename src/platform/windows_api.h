@@ -9,8 +9,8 @@
 #ifndef NOMINMAX
 #define NOMINMAX
 #endif
-// The library uses the "A" forms of all functions. tlhelp32.h gives its own "A" forms no name
-// of their own: they are there only if neither of these is defined.
+// The library uses the "A" forms of all functions. tlhelp32.h has no separate names for its "A"
+// forms, which exist only if neither of these is defined.
 #undef UNICODE
 #undef _UNICODE
 

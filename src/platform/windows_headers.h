@@ -4,7 +4,7 @@
 #define QBSUPPORT_PLATFORM_WINDOWS_HEADERS_H
 
 #ifndef SECURITY_WIN32
-#define SECURITY_WIN32  // security.h does not compile without the statement that this is user mode
+#define SECURITY_WIN32  // security.h must know that this is user mode
 #endif
 
 #include <psapi.h>

@@ -1,9 +1,9 @@
-// Windows' own declarations, from the headers that the product is built with. They know one other
-// system where long has 64 bits, Cygwin, and take this one for it.
+// Windows' own declarations, from the headers that the product is built with. These headers expect
+// a long of 32 bits, except on Cygwin, so this file pretends that it is Cygwin.
 #pragma once
 #pragma GCC system_header  // a keyword is defined below
 
-// This system's own headers, before the macros can reach them.
+// This system's own headers come before the macros, which would change them.
 #include <ctype.h>
 #include <stdarg.h>
 #include <stdint.h>
@@ -18,9 +18,9 @@
 #define __fastcall
 #define __declspec(attribute)
 #define wchar_t char16_t
-#define PSAPI_VERSION 1        // GetProcessMemoryInfo under its own name
-#define _X86INTRIN_H_INCLUDED  // g++: half of what would be read
-#define __X86INTRIN_H          // clang++
+#define PSAPI_VERSION 1        // declares GetProcessMemoryInfo under its own name
+#define _X86INTRIN_H_INCLUDED  // g++: leaves out half of what would be read
+#define __X86INTRIN_H          // clang++: the same
 #include_next <windows.h>
 
 #include "platform/windows_headers.h"
@@ -30,7 +30,7 @@
 
 #include "../runtime.h"
 
-// Laid out as on Windows: the stand-in refuses a record of another size, as Windows does.
+// The layout is that of Windows. As Windows does, the stand-in refuses a record of another size.
 static_assert(sizeof(OSVERSIONINFOEXA) == 156 && sizeof(MEMORYSTATUSEX) == 64 &&
               sizeof(PROCESS_MEMORY_COUNTERS) == 72 && sizeof(MONITORINFOEXA) == 72 &&
               sizeof(MODULEENTRY32) == 568 && sizeof(PROCESSENTRY32) == 304);
