@@ -1,8 +1,9 @@
 // qbreport: the whole support report, or chosen sections of it, to standard output or a file.
+#include <conio.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <exception>
-#include <new>
 #include <string>
 #include <utility>
 #include <vector>
@@ -10,110 +11,100 @@
 #include "options.h"
 #include "output.h"
 #include "platform.h"
-#include "progress.h"
 #include "report.h"
+#include "text.h"
 
 namespace {
 
 enum ExitStatus { kSuccess = 0, kFailure = 1, kWrongUsage = 2 };
 
 void Say(const std::string& message) {
-    static_cast<void>(WriteText(stderr, "qbreport: " + message + '\n'));
+    static_cast<void>(PrintText(STD_ERROR_HANDLE, "qbreport: " + message + '\n'));
 }
 
-// The progress line would disturb a report that goes to the same screen.
-bool WantsProgress(const Options& options) {
-    return IsTerminal(stderr) && (!options.outputFiles.empty() || !IsTerminal(stdout));
+// One line in place of the one before.
+void ShowLine(std::string line) {
+    constexpr std::size_t kWidth = 40;
+    line.resize(kWidth, ' ');
+    static_cast<void>(PrintText(STD_ERROR_HANDLE, '\r' + line + '\r'));
 }
 
-qbsupport::Report Compose(const qbsupport::Library& library, const Options& options) {
-    Progress progress(WantsProgress(options));
-    qbsupport::ReportOptions report = ForLibrary(options.report);
-    report.progress = [&progress](std::size_t step, std::size_t count, const char* name) {
-        progress.Show(step, count, name);
-    };
-    return library.WholeReport(report);
+void ShowProgress(std::size_t step, std::size_t count, const char* name) {
+    ShowLine("qbreport: " + std::to_string(step) + '/' + std::to_string(count) + ' ' + name);
 }
 
-// Names the sections that are missing. Whether they are all that the user did not ask for.
+// Names the sections that are missing. True if the user asked for none of them.
 bool SayFailed(const std::vector<qbsupport::FailedSection>& failed, const Options& options) {
-    bool isComplete = true;
-    for (const qbsupport::FailedSection& section : failed) {
-        Say(FailureText(section));
-        isComplete = isComplete && std::count(options.namedKinds.begin(), options.namedKinds.end(),
-                                              section.section.kind) == 0;
-    }
-    return isComplete;
+    const std::vector<int>& named = options.namedKinds;
+    return std::count_if(failed.begin(), failed.end(), [&named](const auto& section) {
+               Say(FailureText(section));
+               return std::count(named.begin(), named.end(), section.section.kind) != 0;
+           }) == 0;
 }
 
-// A module that is not found is no failed section to the library, which writes so in its line.
-bool SayNotFound(const qbsupport::Library& library, const std::vector<std::string>& modules) {
-    bool isComplete = true;
-    for (const std::string& module : modules) {
-        const std::string line =
-            library.Section(QbSupportModule, 0, AnsiOf(module)).value_or(std::string());
-        if (!module.empty() &&
-            line.find("[Modul or version info not found!]") != std::string::npos) {
-            Say("module " + module + " not found, or it has no version");
-            isComplete = false;
-        }
+// Says why a text could not be written.
+bool Check(const std::string& problem) {
+    if (!problem.empty()) {
+        Say("cannot write to standard output: " + problem);
     }
-    return isComplete;
-}
-
-ExitStatus Print(std::string (&print)(const std::string&), const std::string& text) {
-    const std::string problem = print(text);
-    if (problem.empty()) {
-        return kSuccess;
-    }
-    Say("cannot write to standard output: " + problem);
-    return kFailure;
-}
-
-bool SaveIn(const std::string& path, const std::string& report) {
-    const std::string problem = SaveReport(report, path);
-    Say(problem.empty() ? "report saved in " + FullPath(path)
-                        : "cannot save the report in " + path + ": " + problem);
     return problem.empty();
 }
 
-ExitStatus Save(const std::string& report, const std::vector<std::string>& paths) {
-    const auto saves = [&report](const std::string& path) { return SaveIn(path, report); };
-    return std::any_of(paths.begin(), paths.end(), saves) ? kSuccess : kFailure;
+// Saves the report in the first of the files that can be written.
+bool Save(const std::string& report, const std::vector<std::wstring>& files) {
+    return std::any_of(files.begin(), files.end(), [&report](const std::wstring& file) {
+        const std::string problem = SaveReport(report, file);
+        const std::string name = Narrow(CP_UTF8, FullPath(file));
+        Say(problem.empty() ? "report saved in " + name
+                            : "cannot save the report in " + name + ": " + problem);
+        return problem.empty();
+    });
 }
 
-ExitStatus WriteReport(const Options& options) {
-    const qbsupport::Library library = LoadLibraryBesideExecutable();
-    if (!library.IsLoaded()) {
-        Say(Utf8Of(library.Error()));
+ExitStatus WriteReport(const Options& options, bool toNewFile) {
+    const bool toFile = toNewFile || !options.outputFile.empty();
+    // Progress would disturb a report that goes to the same screen.
+    const bool showsProgress =
+        IsConsole(STD_ERROR_HANDLE) && (toFile || !IsConsole(STD_OUTPUT_HANDLE));
+    qbsupport::ReportOptions reportOptions = options.report;
+    if (showsProgress) {
+        reportOptions.progress = ShowProgress;
+    }
+    std::string problem;
+    const qbsupport::Report report = ComposeReport(std::move(reportOptions), problem);
+    if (showsProgress) {
+        ShowLine("");
+    }
+    if (!problem.empty()) {
+        Say(problem);
         return kFailure;
     }
-    const qbsupport::Report report = Compose(library, options);
-    bool isComplete = SayFailed(report.failed, options);
-    isComplete = SayNotFound(library, options.namedModules) && isComplete;
+    const bool isComplete = SayFailed(report.failed, options);
     if (report.text.empty() && !report.failed.empty()) {
         return kFailure;
     }
-    const ExitStatus status = options.outputFiles.empty() ? Print(PrintReport, report.text)
-                                                          : Save(report.text, options.outputFiles);
-    return isComplete ? status : kFailure;
+    const bool isWritten = toNewFile ? Save(report.text, NewReportPaths())
+                           : toFile  ? Save(report.text, {Widen(CP_UTF8, options.outputFile)})
+                                     : Check(PrintReport(report.text));
+    return isWritten && isComplete ? kSuccess : kFailure;
 }
 
 // The window of a double click closes with the program, so the report goes to a file, and the user
 // gets time to read where it is.
-ExitStatus SaveForExplorer(Options& options) {
-    options.outputFiles = NewReportPaths();
-    const ExitStatus status = WriteReport(options);
-    Say("press a key to close this window");
-    WaitForKey();
+ExitStatus SaveForExplorer(const Options& options) {
+    const ExitStatus status = WriteReport(options, true);
+    if (IsSessionVisible()) {
+        Say("press a key to close this window");
+        static_cast<void>(_getwch());
+    }
     return status;
 }
 
 ExitStatus Run(std::vector<std::string> arguments) {
-    PrepareProcess();
     Options options;
     options.report = DefaultReportOptions();
-    if (arguments.empty() && OwnsConsole()) {
+    if (arguments.empty() && IsConsole(STD_OUTPUT_HANDLE) && IsConsole(STD_ERROR_HANDLE) &&
+        OwnsConsole()) {
         return SaveForExplorer(options);
     }
     const std::string problem = ParseOptions(std::move(arguments), options);
@@ -121,20 +112,22 @@ ExitStatus Run(std::vector<std::string> arguments) {
         Say(problem + "; try 'qbreport --help'");
         return kWrongUsage;
     }
-    return options.text.empty() ? WriteReport(options) : Print(PrintText, options.text);
+    if (!options.text.empty()) {
+        return Check(PrintText(STD_OUTPUT_HANDLE, options.text)) ? kSuccess : kFailure;
+    }
+    return WriteReport(options, false);
 }
 
 }  // namespace
 
-#ifdef _WIN32
-int wmain(int argc, wchar_t** argv) {
-#else
-int main(int argc, char** argv) {
-#endif
+int wmain(int count, wchar_t** arguments) {
+    PrepareProcess();
     try {
-        return Run(Utf8Arguments(argc, argv));
-    } catch (const std::bad_alloc&) {
-        static_cast<void>(std::fputs("qbreport: out of memory\n", stderr));
+        std::vector<std::string> texts;
+        for (int index = 1; index < count; ++index) {
+            texts.push_back(Narrow(CP_UTF8, arguments[index]));
+        }
+        return Run(std::move(texts));
     } catch (const std::exception& error) {
         static_cast<void>(std::fprintf(stderr, "qbreport: %s\n", error.what()));
     }

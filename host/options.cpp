@@ -26,109 +26,94 @@ std::string RefuseEmptyName(const std::string& name) {
     return name.empty() ? "the file's name is empty" : "";
 }
 
-const char* NoteOn(int kind) {
-    switch (kind) {
-        case QbSupportUname:
-        case QbSupportLimits:
-            return "heading only";
-        case QbSupportAppDirectory:
-            return "--app-directory DIR";
-        case QbSupportRegistry:
-            return "--user-key KEY";
-        case QbSupportUserAppKey:
-        case QbSupportMachineAppKey:
-            return "--app-key KEY";
-        case QbSupportEnvironment:
-            return "--variable NAME, repeatable";
-        case QbSupportModules:
-            return "--process FILE";
-        case QbSupportModule:
-            return "--module FILE, repeatable";
-        case QbSupportReserved:
-            return "always fails; not in the whole report";
-        default:
-            return "";
-    }
-}
-
-std::string SectionList() {
-    constexpr std::size_t kNoteColumn = 24;
-    std::string list;
-    for (const SectionKind& section : kSectionKinds) {
-        std::string line = section.kind < 10 ? " " : "";
-        line += std::to_string(section.kind) + "  " + section.name;
-        if (*NoteOn(section.kind) != '\0') {
-            line.append(kNoteColumn - line.size(), ' ');
-            line += NoteOn(section.kind);
-        }
-        list += line + '\n';
-    }
-    return list;
-}
-
 // An option that sets the argument of `kinds`.
 struct ArgumentOption {
     CLI::Option* option;
     std::vector<int> kinds;
 };
 
-// The variables and modules replace those of a report without options.
-CLI::Option* AddList(CLI::App& app, const char* names, std::vector<std::string>& list,
-                     const char* help) {
-    return app.add_option(names, list, help)->expected(1)->take_all()->allow_extra_args(false);
+std::string NoteOn(const SectionKind& section, const std::vector<ArgumentOption>& options) {
+    for (const auto& [option, kinds] : options) {
+        if (std::count(kinds.begin(), kinds.end(), section.kind) != 0) {
+            const bool isRepeatable =
+                option->get_multi_option_policy() == CLI::MultiOptionPolicy::TakeAll;
+            return option->get_name() + ' ' + option->get_type_name() +
+                   (isRepeatable ? ", repeatable" : "");
+        }
+    }
+    return IsInWholeReport(section) ? "" : "not in the whole report: it always fails";
+}
+
+std::string SectionList(const std::vector<ArgumentOption>& options) {
+    constexpr std::size_t kNoteColumn = 24;
+    std::string list;
+    for (const SectionKind& section : kSectionKinds) {
+        std::string line = section.kind < 10 ? " " : "";
+        line += std::to_string(section.kind) + "  " + section.name;
+        const std::string note = NoteOn(section, options);
+        if (!note.empty()) {
+            line.append(kNoteColumn - line.size(), ' ');
+            line += note;
+        }
+        list += line + '\n';
+    }
+    return list;
+}
+
+// An option that may be repeated. The first value replaces the default ones.
+template <typename Value>
+CLI::Option* AddList(CLI::App& app, const char* names, const char* type, std::vector<Value>& values,
+                     const std::string& help, const std::string& standard) {
+    return app.add_option(names, values, help + "; may be repeated (default: " + standard + ')')
+        ->type_name(type)
+        ->expected(1)
+        ->take_all()
+        ->allow_extra_args(false);
 }
 
 std::vector<ArgumentOption> AddArgumentOptions(CLI::App& app, qbsupport::ReportOptions& report) {
+    const auto text = [&app](const char* names, const char* type, std::string& value,
+                             const std::string& help, const std::string& standard) {
+        return app.add_option(names, value, help + " (default: " + standard + ')')->type_name(type);
+    };
+    const auto list = [&app](const char* names, const char* type, std::vector<std::string>& values,
+                             const char* help) {
+        return AddList(app, names, type, values, help, CLI::detail::join(values, ", "));
+    };
     return {
-        {app.add_option("-d,--app-directory", report.appDirectory,
-                        "the application's directory (this program's)")
-             ->type_name("DIR"),
+        {text("-d,--app-directory", "DIR", report.appDirectory, "the application's directory",
+              "this program's"),
          {QbSupportAppDirectory}},
-        {app.add_option("-u,--user-key", report.userKey, "the user's root registry key (Software)")
-             ->type_name("KEY"),
+        {text("-u,--user-key", "KEY", report.userKey, "the user's root registry key",
+              report.userKey),
          {QbSupportRegistry}},
-        {app.add_option("-a,--app-key", report.userAppKey,
-                        "the application's registry key (Software\\Quenbar)")
-             ->type_name("KEY"),
+        {text("-a,--app-key", "KEY", report.userAppKey, "the application's registry key",
+              report.userAppKey),
          {QbSupportUserAppKey, QbSupportMachineAppKey}},
-        {AddList(app, "-e,--variable", report.variables, "an environment variable; may be repeated")
-             ->type_name("NAME"),
+        {list("-e,--variable", "NAME", report.variables, "an environment variable"),
          {QbSupportEnvironment}},
-        {app.add_option("-p,--process", report.process,
-                        "list this running program's modules (this program's)")
-             ->type_name("FILE"),
+        {text("-p,--process", "FILE", report.process, "the running program whose modules to list",
+              "this program"),
          {QbSupportModules}},
-        {AddList(app, "-m,--module", report.modules,
-                 "a file whose version to report; may be repeated")
-             ->type_name("FILE"),
+        {list("-m,--module", "FILE", report.modules, "a file whose version to report"),
          {QbSupportModule}},
     };
 }
 
 void AddOptions(CLI::App& app, Options& options) {
-    app.add_option("-o,--output", options.outputFiles,
-                   "save the report in FILE, whole or not at all; - is standard output")
+    app.add_option("-o,--output", options.outputFile,
+                   "save the report in FILE, whole or not at all (default: -, standard output)")
         ->type_name("FILE")
-        ->expected(1)
-        ->allow_extra_args(false)
         ->check(RefuseEmptyName);
-    app.add_option("-s,--sections", options.report.kinds,
-                   "only these, by name or number, comma-separated")
-        ->type_name("LIST")
+    AddList(app, "-s,--sections", "LIST", options.report.kinds,
+            "only these, by name or number, comma-separated", "all but reserved")
         ->delimiter(',')
-        ->expected(1)
-        ->take_all()
-        ->allow_extra_args(false)
         ->transform(CLI::Validator(TakeSection, ""));
-    app.add_flag_callback(
-        "-l,--list", [&options] { options.text = SectionList(); },
-        "list the sections and what each one takes");
     const auto leaveOut = [&](const char* name, unsigned int flag, const char* help) {
         app.add_flag_callback(name, [&options, flag] { options.report.flags &= ~flag; }, help);
     };
     leaveOut("--no-headings", QbSupportFlagHeadings, "leave out titles and their underlines");
-    leaveOut("--no-separators", QbSupportFlagSeparator,
-             "leave out the empty lines between sections");
+    leaveOut("--no-separators", QbSupportFlagSeparator, "leave out the lines between sections");
     leaveOut("--no-indent", QbSupportFlagIndent, "start every line in the first column");
 }
 
@@ -156,24 +141,24 @@ std::string ParseOptions(std::vector<std::string> arguments, Options& options) {
     app.set_version_flag("-V,--version", "qbreport " QBREPORT_VERSION,
                          "show this program's version");
     app.footer(
-        "Exit status: 0 when the report was written, 1 when that or a section failed that was\n"
-        "asked for by name, number or argument, 2 when the command line is wrong.");
+        "Exit status:\n"
+        "  0  the report was written\n"
+        "  1  it was not, or a section failed that was asked for by name, number or argument,\n"
+        "     or QBSUPPORT.dll is missing, damaged or another library\n"
+        "  2  the command line is wrong");
     AddOptions(app, options);
-    const std::vector<ArgumentOption> argumentOptions = AddArgumentOptions(app, options.report);
+    qbsupport::ReportOptions& report = options.report;
+    const std::vector<ArgumentOption> argumentOptions = AddArgumentOptions(app, report);
+    app.add_flag_callback(
+        "-l,--list", [&] { options.text = SectionList(argumentOptions); },
+        "list the sections and what each one takes");
 
     std::string problem = Parse(app, std::move(arguments), options.text);
-    qbsupport::ReportOptions& report = options.report;
     report.machineAppKey = report.userAppKey;
-    if (options.outputFiles == std::vector<std::string>{"-"}) {
-        options.outputFiles.clear();
+    if (options.outputFile == "-") {
+        options.outputFile.clear();
     }
     options.namedKinds = report.kinds;
-    const bool showsModules =
-        report.kinds.empty() ||
-        std::count(report.kinds.begin(), report.kinds.end(), QbSupportModule) > 0;
-    if (app.count("--module") > 0 && showsModules) {
-        options.namedModules = report.modules;
-    }
     for (const auto& [option, kinds] : argumentOptions) {
         if (option->count() > 0) {
             options.namedKinds.insert(options.namedKinds.end(), kinds.begin(), kinds.end());

@@ -10,14 +10,11 @@
 struct Options {
     /// What to print in place of a report: help and the like. Empty for a report.
     std::string text;
-    /// Where the report goes: the first of these files that can be written. None for standard
-    /// output.
-    std::vector<std::string> outputFiles;
+    /// Where the report goes. Empty for standard output.
+    std::string outputFile;
     qbsupport::ReportOptions report;
     /// The kinds that the user named, or named an argument of.
     std::vector<int> namedKinds;
-    /// The modules that the user named and the report is to show.
-    std::vector<std::string> namedModules;
 };
 
 /// Reads the command line, without the program's name, into `options`. Returns what is wrong with

@@ -1,136 +1,155 @@
 #include "output.h"
 
-#include <atomic>
-#include <cerrno>
-#include <csignal>
-#include <cstdio>
-#include <iterator>
-#include <memory>
-#include <utility>
+#include <windows.h>
 
-#include "platform.h"
+#include <memory>
+#include <string_view>
+
+#include "text.h"
 
 namespace {
 
 struct CloseFile {
-    void operator()(std::FILE* file) const { static_cast<void>(std::fclose(file)); }
+    using pointer = HANDLE;
+    void operator()(HANDLE file) const { CloseHandle(file); }
 };
 
-using File = std::unique_ptr<std::FILE, CloseFile>;
+using File = std::unique_ptr<HANDLE, CloseFile>;
 
-#ifdef _WIN32
-constexpr char kPathSeparators[] = "\\/:";
-#else
-constexpr char kPathSeparators[] = "/";
-#endif
+// A name of another length, such as one for a directory, must fit behind the path as well.
+constexpr std::size_t kLongPath = MAX_PATH - 12;
 
-std::atomic<bool> interrupted = false;
-
-void NoteInterruption(int signal) {
-    interrupted = true;
-    // Some run-time libraries forget a handler once it was called.
-    static_cast<void>(std::signal(signal, NoteInterruption));
+std::string LastErrorText() {
+    return ErrorText(GetLastError());
 }
 
-constexpr int kStopSignals[] = {
-    SIGINT,
-    SIGTERM,
-#ifdef SIGBREAK
-    SIGBREAK,
-#endif
-#ifdef SIGHUP
-    SIGHUP,
-#endif
-};
-
-// While it lives, a request to stop is noted, so that there is time to clean up. A request that
-// the program was started to ignore stays ignored.
-class InterruptionNotes {
-public:
-    InterruptionNotes() {
-        for (std::size_t index = 0; index < std::size(kStopSignals); ++index) {
-            m_before[index] = std::signal(kStopSignals[index], NoteInterruption);
-            if (m_before[index] == SIG_IGN) {
-                static_cast<void>(std::signal(kStopSignals[index], SIG_IGN));
-            }
-        }
-    }
-    ~InterruptionNotes() {
-        for (std::size_t index = 0; index < std::size(kStopSignals); ++index) {
-            static_cast<void>(std::signal(kStopSignals[index], m_before[index]));
-        }
-    }
-    InterruptionNotes(const InterruptionNotes&) = delete;
-    InterruptionNotes& operator=(const InterruptionNotes&) = delete;
-
-private:
-    void (*m_before[std::size(kStopSignals)])(int) = {};
-};
-
-bool Close(File file) {
-    return std::fclose(file.release()) == 0;
+bool IsConsoleHandle(HANDLE handle) {
+    DWORD mode = 0;
+    return GetConsoleMode(handle, &mode) != 0;
 }
 
-// Opens a file that did not exist before, beside the target, and gives its path. Its name owes
+// The path in the form in which Windows takes it whatever its length.
+std::wstring SystemPath(const std::wstring& path) {
+    const std::wstring full = FullPath(path);
+    if (full.size() < kLongPath || full.starts_with(LR"(\\?)") || full.starts_with(LR"(\\.)")) {
+        return full;
+    }
+    return full[0] == L'\\' ? LR"(\\?\UNC)" + full.substr(1) : LR"(\\?\)" + full;
+}
+
+// Null with the last error set on failure.
+File Open(const std::wstring& path, DWORD share, DWORD disposition) {
+    const HANDLE file = CreateFileW(SystemPath(path).c_str(), GENERIC_WRITE, share, nullptr,
+                                    disposition, FILE_ATTRIBUTE_NORMAL, nullptr);
+    return File(file != INVALID_HANDLE_VALUE ? file : nullptr);
+}
+
+// `write` is WriteFile or WriteConsoleW, which may take less than all at once.
+template <typename Text, typename Write>
+bool WriteAll(HANDLE handle, Text text, Write write) {
+    constexpr std::size_t kMostAtOnce = 8192;  // older consoles take no more than 64 KB
+    while (!text.empty()) {
+        const Text part = text.substr(0, kMostAtOnce);
+        DWORD written = 0;
+        if (!write(handle, part.data(), static_cast<DWORD>(part.size()), &written, nullptr) ||
+            written == 0) {
+            return false;
+        }
+        text.remove_prefix(written);
+    }
+    return true;
+}
+
+// Writes the characters to a console, the bytes to anything else.
+bool Write(HANDLE handle, const std::wstring& characters, const std::string& bytes) {
+    return IsConsoleHandle(handle) ? WriteAll(handle, std::wstring_view(characters), WriteConsoleW)
+                                   : WriteAll(handle, std::string_view(bytes), WriteFile);
+}
+
+bool WriteReport(HANDLE handle, const std::string& report) {
+    return Write(handle, Widen(CP_ACP, report), report);
+}
+
+// Creates a file that did not exist before, beside the target, and gives its path. Its name owes
 // nothing to the target's, which may be as long as names can be.
-File CreateTemporaryFile(const std::string& target, std::string& path) {
+File CreateTemporaryFile(const std::wstring& target, std::wstring& path) {
     constexpr int kMostTries = 100;
-    const std::string directory = target.substr(0, target.find_last_of(kPathSeparators) + 1);
-    File file;
-    errno = EEXIST;
-    for (int number = 1; number <= kMostTries && file == nullptr && errno == EEXIST; ++number) {
-        path = directory + "qbreport" + std::to_string(number) + ".tmp";
-        file.reset(CreateNewFile(path));
+    const std::wstring directory = target.substr(0, target.find_last_of(L'\\') + 1);
+    for (int number = 1; number <= kMostTries; ++number) {
+        path = directory + L"qbreport" + std::to_wstring(number) + L".tmp";
+        File file = Open(path, 0, CREATE_NEW);
+        if (file != nullptr || GetLastError() != ERROR_FILE_EXISTS) {
+            return file;
+        }
     }
-    return file;
+    return nullptr;
 }
 
-std::string WriteDevice(File file, const std::string& report) {
-    return WriteAnsi(file.get(), report) && Close(std::move(file)) ? "" : LastErrorText();
-}
-
-std::string WriteTemporaryFile(File file, const std::string& report) {
-    if (!WriteAnsi(file.get(), report) || !FlushToDisk(file.get()) || !Close(std::move(file))) {
-        return LastErrorText();
+// Gives a file a new name, in place of the file that may have that name.
+std::string RenameOver(const std::wstring& from, const std::wstring& to) {
+    constexpr int kMostTries = 11;
+    constexpr DWORD kPause = 100;  // milliseconds
+    for (int tries = 1; tries <= kMostTries; ++tries) {
+        if (MoveFileExW(SystemPath(from).c_str(), SystemPath(to).c_str(),
+                        MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
+            return "";
+        }
+        const DWORD error = GetLastError();
+        if (error != ERROR_ACCESS_DENIED && error != ERROR_SHARING_VIOLATION) {
+            return ErrorText(error);
+        }
+        // Virus scanners and indexers look into a new file at once, but not for long.
+        Sleep(kPause);
     }
-    return interrupted ? "interrupted" : "";
+    return "it is write-protected, in use or a directory";
 }
 
-std::string ReplaceFileContent(const std::string& report, const std::string& target) {
-    const InterruptionNotes notes;
-    std::string path;
+std::string ReplaceFile(const std::string& report, const std::wstring& target) {
+    std::wstring path;
     File file = CreateTemporaryFile(target, path);
     if (file == nullptr) {
         return LastErrorText();
     }
-    std::string problem = WriteTemporaryFile(std::move(file), report);
+    const bool isWritten = WriteReport(file.get(), report) && FlushFileBuffers(file.get()) != 0;
+    std::string problem = isWritten ? "" : LastErrorText();
+    file.reset();
     if (problem.empty()) {
         problem = RenameOver(path, target);
     }
     if (!problem.empty()) {
-        RemoveFile(path);
+        DeleteFileW(SystemPath(path).c_str());
     }
     return problem;
 }
 
 }  // namespace
 
-std::string PrintText(const std::string& text) {
-    const bool written = WriteAnsi(stdout, text) && std::fclose(stdout) == 0;
-    return written ? "" : LastErrorText();
+bool IsConsole(unsigned long stream) {
+    return IsConsoleHandle(GetStdHandle(stream));
+}
+
+std::string PrintText(unsigned long stream, const std::string& text) {
+    const std::wstring wide = Widen(CP_UTF8, WithCrLf(text));
+    return Write(GetStdHandle(stream), wide, Narrow(CP_ACP, wide)) ? "" : LastErrorText();
 }
 
 std::string PrintReport(const std::string& report) {
-    // What the library may have printed itself goes out in the mode that it was printed in.
-    static_cast<void>(std::fflush(stdout));
-    SetBinaryMode(stdout);
-    return PrintText(report);
+    return WriteReport(GetStdHandle(STD_OUTPUT_HANDLE), report) ? "" : LastErrorText();
 }
 
-std::string SaveReport(const std::string& report, const std::string& path) {
-    File device(OpenDevice(path));
-    if (device != nullptr) {
-        return WriteDevice(std::move(device), report);
+std::string SaveReport(const std::string& report, const std::wstring& path) {
+    // Once and with the access that the report needs: a pipe may have a single instance.
+    File file = Open(path, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, OPEN_EXISTING);
+    if (file != nullptr && GetFileType(file.get()) != FILE_TYPE_DISK) {
+        return WriteReport(file.get(), report) ? "" : LastErrorText();
     }
-    return errno == 0 ? ReplaceFileContent(report, FullPath(path)) : LastErrorText();
+    file.reset();
+    return ReplaceFile(report, FullPath(path));
+}
+
+std::wstring FullPath(const std::wstring& path) {
+    constexpr DWORD kPathSize = 32768;
+    std::wstring full(kPathSize, L'\0');
+    full.resize(GetFullPathNameW(path.c_str(), kPathSize, full.data(), nullptr));
+    return full.empty() ? path : full;
 }

@@ -1,19 +1,26 @@
-// Where texts go: standard output, or a file that is written whole or not at all.
+// Where texts go: a standard stream, or a file that is written whole or not at all.
 #ifndef QBREPORT_OUTPUT_H
 #define QBREPORT_OUTPUT_H
 
 #include <string>
 
-/// Writes a text to standard output in the system's own line ends. Returns what went wrong, or an
-/// empty text.
-std::string PrintText(const std::string& text);
+/// Whether a standard stream, such as STD_ERROR_HANDLE, is a console.
+bool IsConsole(unsigned long stream);
 
-/// The same without changing a byte.
+/// Writes a text to a standard stream, elsewhere than on a console in the ANSI code page. Returns
+/// what went wrong, or an empty text.
+std::string PrintText(unsigned long stream, const std::string& text);
+
+/// Writes a report to standard output byte for byte, on a console as the characters that the bytes
+/// stand for. Returns what went wrong, or an empty text.
 std::string PrintReport(const std::string& report);
 
-/// Saves the report in a file, in place of what the file held. When that fails or is interrupted
-/// the file stays as it was, or away. A device is written to directly. Returns what went wrong, or
-/// an empty text.
-std::string SaveReport(const std::string& report, const std::string& path);
+/// Saves the report in a file, in place of what the file held. If that fails or is interrupted, the
+/// file stays as it was, or does not exist. A device is written to directly. Returns what went
+/// wrong, or an empty text.
+std::string SaveReport(const std::string& report, const std::wstring& path);
+
+/// The path in full, or the path itself if Windows does not tell.
+std::wstring FullPath(const std::wstring& path);
 
 #endif

@@ -1,21 +1,18 @@
 #include "report.h"
 
 #include <ctime>
+#include <cwchar>
 #include <utility>
 
 #include "platform.h"
+#include "qbsupport/loader.hpp"
+#include "text.h"
 
-qbsupport::ReportOptions DefaultReportOptions() {
-    qbsupport::ReportOptions options;
-    options.appDirectory = ExecutableDirectory();
-    options.userAppKey = "Software\\Quenbar";
-    options.machineAppKey = options.userAppKey;
-    // They tell about the computer and hold nothing that a user might not want to send.
-    options.variables = {"OS", "PROCESSOR_ARCHITECTURE", "NUMBER_OF_PROCESSORS"};
-    options.modules = {"kernel32.dll", "user32.dll", "QBSUPPORT.dll"};
-    return options;
-}
+#include <shlobj.h>
 
+namespace {
+
+// The same options with their texts as the library takes them.
 qbsupport::ReportOptions ForLibrary(qbsupport::ReportOptions options) {
     for (std::string* const text : {&options.appDirectory, &options.userKey, &options.userAppKey,
                                     &options.machineAppKey, &options.process}) {
@@ -29,26 +26,75 @@ qbsupport::ReportOptions ForLibrary(qbsupport::ReportOptions options) {
     return options;
 }
 
-std::string FailureText(const qbsupport::FailedSection& failed) {
-    std::string text = std::string("section '") + failed.section.name + "' (" +
-                       std::to_string(failed.section.kind) + ") left out: ";
-    if (!failed.tried) {
-        return text + "its line on " + Utf8Of(failed.argument) + " belongs below '" +
-               qbsupport::SectionKindOf(failed.section.continues).name + "'";
+}  // namespace
+
+qbsupport::ReportOptions DefaultReportOptions() {
+    qbsupport::ReportOptions options;
+    std::wstring directory = ProgramDirectory();
+    // "C:" alone would be the current directory of that drive.
+    if (!directory.ends_with(L":\\")) {
+        directory.pop_back();
     }
-    if (failed.argument.empty()) {
-        return text + "the library has nothing to report";
-    }
-    text += "the library has no report on " + Utf8Of(failed.argument);
-    return failed.section.kind == QbSupportModules
-               ? text + ": no program of this name runs (letter case counts)"
-               : text;
+    options.appDirectory = Narrow(CP_UTF8, directory);
+    options.userAppKey = "Software\\Quenbar";
+    options.machineAppKey = options.userAppKey;
+    // They tell about the computer and hold nothing that a user might not want to send.
+    options.variables = {"OS", "PROCESSOR_ARCHITECTURE", "NUMBER_OF_PROCESSORS"};
+    options.modules = {"kernel32.dll", "user32.dll", "QBSUPPORT.dll"};
+    return options;
 }
 
-std::string NewReportName() {
+qbsupport::Report ComposeReport(qbsupport::ReportOptions options, std::string& problem) {
+    const std::wstring directory = ProgramDirectory();
+    // In wide characters, because the directory's name need not exist in the ANSI code page.
+    const std::wstring file = directory + Widen(CP_UTF8, qbsupport::kLibraryFileName);
+    const qbsupport::Library library(file.c_str());
+    if (!library.IsLoaded()) {
+        // So it is if the user starts the program inside the archive.
+        problem = GetFileAttributesW(file.c_str()) != INVALID_FILE_ATTRIBUTES
+                      ? Utf8Of(library.Error())
+                      : std::string(qbsupport::kLibraryFileName) + " does not lie beside this " +
+                            "program, in " + Narrow(CP_UTF8, directory) +
+                            "; unpack the whole archive first, then start the program from there";
+        return {};
+    }
+    qbsupport::Report report = library.WholeReport(ForLibrary(std::move(options)));
+    LoadFromWindowsOnly();
+    return report;
+}
+
+std::string FailureText(const qbsupport::FailedSection& failed) {
+    const auto& [section, argument, tried] = failed;
+    const std::string text = std::string("section '") + section.name + "' (" +
+                             std::to_string(section.kind) + ") left out: ";
+    if (!tried) {
+        return text + "its line on " + Utf8Of(argument) + " belongs below '" +
+               qbsupport::SectionKindOf(section.continues).name + "'";
+    }
+    if (argument.empty()) {
+        return text + "the library has nothing to report";
+    }
+    return text + "the library has no report on " + Utf8Of(argument) +
+           (section.kind == QbSupportModules ? ": no program of this name runs (letter case counts)"
+                                             : "");
+}
+
+std::vector<std::wstring> NewReportPaths() {
     const std::time_t now = std::time(nullptr);
-    char name[64] = {};
-    static_cast<void>(std::strftime(name, sizeof(name), "Support report %Y-%m-%d %H.%M.%S.txt",
-                                    std::localtime(&now)));
-    return name;
+    wchar_t name[64] = L"";
+    static_cast<void>(
+        std::wcsftime(name, 64, L"Support report %Y-%m-%d %H.%M.%S.txt", std::localtime(&now)));
+    std::vector<std::wstring> paths;
+    wchar_t directory[MAX_PATH + 1] = L"";
+    const auto getFolder =
+        SystemFunction<decltype(&SHGetFolderPathW)>(L"shell32.dll", "SHGetFolderPathW");
+    if (getFolder != nullptr &&
+        getFolder(nullptr, CSIDL_PERSONAL, nullptr, SHGFP_TYPE_CURRENT, directory) == S_OK) {
+        paths.push_back(directory + std::wstring(L"\\") + name);
+    }
+    paths.push_back(ProgramDirectory() + name);
+    if (GetTempPathW(MAX_PATH + 1, directory) != 0) {
+        paths.push_back(std::wstring(directory) + name);
+    }
+    return paths;
 }

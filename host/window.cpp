@@ -11,7 +11,7 @@
 #include "output.h"
 #include "platform.h"
 #include "report.h"
-#include "wide.h"
+#include "text.h"
 
 #include <commctrl.h>
 #include <commdlg.h>
@@ -39,28 +39,21 @@ UINT findMessage = 0;
 wchar_t wantedText[128] = L"";
 FINDREPLACEW find = {};
 
-// On the list of imports, some of Windows' libraries would load others from beside the program.
-template <typename Function>
-Function SystemFunction(const wchar_t* library, const char* name) {
-    using namespace qbsupport::detail;
-    return FindFunction<Function>(LoadSystemLibrary(library), name);
-}
-
 HWND Control(int number) {
     return GetDlgItem(window, number);
 }
 
 void Compose(Result& result) {
-    const qbsupport::Library library = LoadLibraryBesideExecutable();
-    if (!library.IsLoaded()) {
-        result.status = "No report: " + Utf8Of(library.Error());
-        return;
-    }
-    qbsupport::ReportOptions options = ForLibrary(DefaultReportOptions());
+    qbsupport::ReportOptions options = DefaultReportOptions();
     options.progress = [](std::size_t step, std::size_t count, const char*) {
         PostMessageW(window, kProgressMessage, step, static_cast<LPARAM>(count));
     };
-    qbsupport::Report report = library.WholeReport(options);
+    std::string problem;
+    qbsupport::Report report = ComposeReport(std::move(options), problem);
+    if (!problem.empty()) {
+        result.status = "No report: " + problem;
+        return;
+    }
     std::string failures;
     for (const qbsupport::FailedSection& failed : report.failed) {
         failures += (failures.empty() ? "" : "; ") + FailureText(failed);
@@ -79,16 +72,6 @@ DWORD WINAPI ComposeOnThread(void* context) {
         static_cast<void>(result.release());
     }
     return 0;
-}
-
-// The report's line ends are of two kinds, of which the control knows one.
-std::wstring DisplayedText(const std::string& report) {
-    std::string text;
-    for (const char character : report) {
-        const bool isLoneLineEnd = character == '\n' && !text.ends_with('\r');
-        text += isLoneLineEnd ? "\r\n" : std::string(1, character);
-    }
-    return Widen(CP_ACP, text);
 }
 
 void ShowStatus(const std::string& text) {
@@ -141,7 +124,10 @@ void ShowResult(const Result& result) {
     status = result.status;
     ShowStatus(status);
     // The row may be too short for why there is no report.
-    displayedText = savedText.empty() ? Widen(CP_UTF8, status) : DisplayedText(savedText);
+    displayedText = savedText.empty()
+                        ? Widen(CP_UTF8, status)
+                        // Its line ends are of two kinds, of which the control knows one.
+                        : Widen(CP_ACP, WithCrLf(savedText));
     SetWindowTextW(Control(WINDOW_TEXT), displayedText.c_str());
     EnableWindow(Control(WINDOW_SAVE), !savedText.empty());
     EnableWindow(Control(WINDOW_COPY), TRUE);
@@ -159,8 +145,17 @@ void Start() {
     CloseHandle(thread);
 }
 
+void ShowFailure(const std::string& text) {
+    status = text;
+    ShowStatus(status);
+    MessageBoxW(window, Widen(CP_UTF8, status).c_str(), L"Support report", MB_ICONERROR);
+}
+
 void Save() {
-    std::wstring path = Widen(CP_UTF8, NewReportPaths().front());
+    if (savedText.empty()) {
+        return;  // Ctrl+S comes without a text, too
+    }
+    std::wstring path = NewReportPaths().front();
     path.resize(32768);
     OPENFILENAMEW dialog = {};
     dialog.lStructSize = sizeof(dialog);
@@ -173,17 +168,24 @@ void Save() {
                    OFN_DONTADDTORECENT;
     const auto askForName =
         SystemFunction<decltype(&GetSaveFileNameW)>(L"comdlg32.dll", "GetSaveFileNameW");
-    if (savedText.empty() || askForName == nullptr || !askForName(&dialog)) {
-        return;  // Ctrl+S comes without a text, too
+    if (askForName == nullptr) {
+        return ShowFailure("Cannot open Save As: " + ErrorText(GetLastError()));
     }
-    const std::string target = Narrow(CP_UTF8, path.c_str());
+    if (!askForName(&dialog)) {
+        const DWORD error = SystemFunction<decltype(&CommDlgExtendedError)>(
+            L"comdlg32.dll", "CommDlgExtendedError")();
+        return error == 0 ? void()  // the user chose Cancel
+                          : ShowFailure("Cannot open Save As: common dialog error " +
+                                        std::to_string(error));
+    }
+    const std::wstring target = path.c_str();
+    const std::string name = Narrow(CP_UTF8, FullPath(target));
     const std::string problem = SaveReport(savedText, target);
-    status = problem.empty() ? "Saved in " + FullPath(target)
-                             : "Cannot save the report in " + target + ": " + problem;
-    ShowStatus(status);
     if (!problem.empty()) {
-        MessageBoxW(window, Widen(CP_UTF8, status).c_str(), L"Support report", MB_ICONERROR);
+        return ShowFailure("Cannot save the report in " + name + ": " + problem);
     }
+    status = "Saved in " + name;
+    ShowStatus(status);
 }
 
 std::pair<DWORD, DWORD> Selection() {
@@ -326,6 +328,10 @@ INT_PTR CALLBACK Receive(HWND receiver, UINT message, WPARAM wParam, LPARAM lPar
 int WINAPI wWinMain(HINSTANCE program, HINSTANCE /*before*/, wchar_t* /*arguments*/,
                     int showCommand) {
     PrepareProcess();
+    // For the same reason: windows ask for them.
+    for (const wchar_t* const name : {L"dwmapi.dll", L"ole32.dll"}) {
+        LoadSystemLibrary(name);
+    }
     const INITCOMMONCONTROLSEX controls = {sizeof(controls), ICC_PROGRESS_CLASS};
     if (const auto initialize = SystemFunction<decltype(&InitCommonControlsEx)>(
             L"comctl32.dll", "InitCommonControlsEx")) {

@@ -13,26 +13,17 @@
 
 #include "qbsupport.hpp"
 
-#ifdef _WIN32
-#include <windows.h>
-#else
-#include <dlfcn.h>
+#ifndef _WIN32
+#error "loader.hpp is for Windows: elsewhere link the library and include qbsupport.hpp"
 #endif
+#include <windows.h>
 
 namespace qbsupport {
 
-/// The library's file name on this system.
-#ifdef _WIN32
+/// The library's file name.
 inline constexpr char kLibraryFileName[] = "QBSUPPORT.dll";
-#else
-inline constexpr char kLibraryFileName[] = "libQBSUPPORT.so";
-#endif
 
 namespace detail {
-
-#ifdef _WIN32
-
-using ModuleHandle = HMODULE;
 
 /// While it lives, Windows reports a file that cannot be loaded, or a drive without a disk, to the
 /// calling thread's code and not in a dialog to the user.
@@ -68,8 +59,7 @@ inline std::string LoadErrorText(DWORD error) {
             return "the file, or a library that it needs, was not found";
         case ERROR_BAD_EXE_FORMAT:
             // The system's own message speaks of "%1", which has no text here.
-            return sizeof(void*) == 8 ? "the file is damaged or not a 64-bit Windows library"
-                                      : "the file is damaged or not a 32-bit Windows library";
+            return "the file is damaged, or the file and this program are not both for x64";
         default:
             return SystemMessage(error);
     }
@@ -81,27 +71,27 @@ inline bool IsFullPath(const std::wstring& path) noexcept {
     return onDrive || (path.size() > 1 && isSlash(path[0]) && isSlash(path[1]));
 }
 
-/// LoadLibraryExW, also on a system without the update that brought its search flags, which
-/// Windows 7 may be: there the file is looked for at `path`.
-inline ModuleHandle LoadWithFlags(const std::wstring& name, DWORD flags, const std::wstring& path) {
-    const ModuleHandle handle = LoadLibraryExW(name.c_str(), nullptr, flags);
+/// LoadLibraryExW, also on a Windows 7 without the update that brought its search flags. The file
+/// is then looked for at `path`.
+inline HMODULE LoadWithFlags(const std::wstring& name, DWORD flags, const std::wstring& path) {
+    const HMODULE handle = LoadLibraryExW(name.c_str(), nullptr, flags);
     return handle == nullptr && GetLastError() == ERROR_INVALID_PARAMETER
                ? LoadLibraryExW(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)
                : handle;
 }
 
-/// Loads a library of Windows' own from Windows' own directory, whatever lies elsewhere. Null when
+/// Loads a library of Windows' own from Windows' own directory, whatever lies elsewhere. Null if
 /// there is none.
-inline ModuleHandle LoadSystemLibrary(const std::wstring& name) {
+inline HMODULE LoadSystemLibrary(const std::wstring& name) {
     std::wstring path(MAX_PATH, L'\0');
     path.resize(GetSystemDirectoryW(path.data(), MAX_PATH));
     return LoadWithFlags(name, LOAD_LIBRARY_SEARCH_SYSTEM32, path + L'\\' + name);
 }
 
-/// Loads a file; null with `error` set when that fails.
-inline ModuleHandle LoadModule(const std::wstring& fileName, std::string& error) {
+/// Loads a file. Null with `error` set if that fails.
+inline HMODULE LoadModule(const std::wstring& fileName, std::string& error) {
     const NoErrorDialogs noDialogs;
-    ModuleHandle handle = nullptr;
+    HMODULE handle = nullptr;
     if (IsFullPath(fileName)) {
         // The library asks for these by name alone, and gets what is loaded already.
         for (const wchar_t* const name : {L"version.dll", L"Secur32.dll", L"psapi.dll"}) {
@@ -119,18 +109,12 @@ inline ModuleHandle LoadModule(const std::wstring& fileName, std::string& error)
 }
 
 template <typename Function>
-Function FindFunction(ModuleHandle handle, const char* name) noexcept {
-    // By way of a third type, because compilers doubt a direct cast between the other two.
+Function FindFunction(HMODULE handle, const char* name) noexcept {
+    // By way of a third type, because compilers warn about a direct cast.
     return reinterpret_cast<Function>(reinterpret_cast<void (*)()>(GetProcAddress(handle, name)));
 }
 
-inline void UnloadModule(ModuleHandle handle) noexcept {
-    FreeLibrary(handle);
-}
-
-using FileName = std::wstring;
-
-inline FileName FileNameOf(const char* fileName) {
+inline std::wstring FileNameOf(const char* fileName) {
     const int size = MultiByteToWideChar(CP_ACP, 0, fileName, -1, nullptr, 0);
     std::wstring name(size > 0 ? static_cast<std::size_t>(size) : 1, L'\0');
     MultiByteToWideChar(CP_ACP, 0, fileName, -1, name.data(), size);
@@ -147,58 +131,11 @@ inline std::string DisplayName(const std::wstring& fileName) {
     return name;
 }
 
-#else
-
-using ModuleHandle = void*;
-
-/// There are no such dialogs here.
-class NoErrorDialogs {
-public:
-    // Not defaulted, so that no compiler takes an object of it for unused.
-    NoErrorDialogs() noexcept {}  // NOLINT(modernize-use-equals-default)
-};
-
-using FileName = std::string;
-
-inline FileName FileNameOf(const char* fileName) {
-    return fileName;
-}
-
-inline std::string DisplayName(const std::string& fileName) {
-    return fileName;
-}
-
-/// Loads a file; null with `error` set when that fails.
-inline ModuleHandle LoadModule(const std::string& fileName, std::string& error) {
-    const ModuleHandle handle = dlopen(fileName.c_str(), RTLD_NOW | RTLD_LOCAL);
-    if (handle == nullptr) {
-        const char* const message = dlerror();
-        error = message != nullptr ? message : "unknown error";
-        // Most messages open with the name, which the caller's own message gives already.
-        const std::string prefix = fileName + ": ";
-        if (error.compare(0, prefix.size(), prefix) == 0) {
-            error.erase(0, prefix.size());
-        }
-    }
-    return handle;
-}
-
-template <typename Function>
-Function FindFunction(ModuleHandle handle, const char* name) noexcept {
-    return reinterpret_cast<Function>(dlsym(handle, name));
-}
-
-inline void UnloadModule(ModuleHandle handle) noexcept {
-    dlclose(handle);
-}
-
-#endif
-
 struct ModuleUnload {
-    void operator()(ModuleHandle handle) const noexcept { UnloadModule(handle); }
+    void operator()(HMODULE handle) const noexcept { FreeLibrary(handle); }
 };
 
-using Module = std::unique_ptr<std::remove_pointer_t<ModuleHandle>, ModuleUnload>;
+using Module = std::unique_ptr<std::remove_pointer_t<HMODULE>, ModuleUnload>;
 
 }  // namespace detail
 
@@ -214,14 +151,12 @@ public:
     /// Windows' own, too, and stay in the process.
     Library() : Library(kLibraryFileName) {}
 
-    /// Loads the library from `fileName` (on Windows in the ANSI code page). Does not throw when
-    /// that fails: IsLoaded says so, and Error says why.
+    /// Loads the library from `fileName` (in the ANSI code page). Does not throw if that fails:
+    /// IsLoaded says so, and Error says why.
     explicit Library(const char* fileName) { Load(detail::FileNameOf(fileName)); }
 
-#ifdef _WIN32
     /// The same for any file name that Windows knows, whatever the ANSI code page.
     explicit Library(const wchar_t* fileName) { Load(fileName); }
-#endif
 
     [[nodiscard]] bool IsLoaded() const noexcept { return m_module != nullptr; }
 
@@ -259,7 +194,7 @@ public:
     }
 
 private:
-    void Load(const detail::FileName& fileName) {
+    void Load(const std::wstring& fileName) {
         std::string reason;
         m_module.reset(detail::LoadModule(fileName, reason));
         if (m_module == nullptr) {

@@ -1,7 +1,5 @@
-/* A library in which the host finds none of the functions that it looks for. Natively it may also
- * be preloaded, for a disk so slow that a save can be interrupted. On Windows it leaves a mark when
+/* A library in which the host finds none of the functions that it looks for. It leaves a mark when
  * it is loaded, planted beside the programs under the names of libraries of Windows' own. */
-#ifdef _WIN32
 #include <windows.h>
 
 BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, void* reserved) {
@@ -14,12 +12,3 @@ BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, void* reserved) {
     }
     return TRUE;
 }
-#else
-#include <unistd.h>
-
-int fsync(int file) {
-    (void)file;
-    sleep(5);
-    return 0;
-}
-#endif

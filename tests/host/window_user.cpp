@@ -1,6 +1,7 @@
-// Uses qbreportw as a user does: window_user <qbreportw> <directory> <too long a name>. Leaves
-// there, as UTF-8, what it saw in displayed.txt, what the window saved, and last of all log.txt.
-// Has the programs' manifest, so that its own texts are UTF-8, too.
+// Uses the programs in a directory as a user does: window_user <directory> <too long a name>.
+// Leaves there, as UTF-8, what it saw in displayed.txt, what the window saved, what qbreport said
+// of the same screen in report.txt, and last of all log.txt. Has the programs' manifest, so that
+// its own texts are UTF-8, too.
 #include <windows.h>
 
 #include <cstdio>
@@ -69,6 +70,21 @@ void Answer(HWND window, UINT command, const char* title, int field, const std::
     PostMessageA(dialog, WM_COMMAND, IDOK, 0);
 }
 
+HANDLE Start(const std::string& program, const std::string& arguments, DWORD flags, char* desktop) {
+    std::string line = '"' + directory + '\\' + program + '"' + arguments;
+    STARTUPINFOA startup = {};
+    startup.cb = sizeof(startup);
+    startup.lpDesktop = desktop;
+    PROCESS_INFORMATION process = {};
+    CreateProcessA(nullptr, line.data(), nullptr, nullptr, FALSE, flags, nullptr, nullptr, &startup,
+                   &process);
+    return process.hProcess;
+}
+
+void WaitForEnd(const std::string& what, HANDLE process) {
+    WaitFor("the end of " + what, [=] { return WaitForSingleObject(process, 0) == WAIT_OBJECT_0; });
+}
+
 void Press(HWND window, BYTE key, BYTE modifier) {
     SetForegroundWindow(window);
     for (const DWORD flags : {DWORD{0}, DWORD{KEYEVENTF_KEYUP}}) {
@@ -80,18 +96,20 @@ void Press(HWND window, BYTE key, BYTE modifier) {
 }  // namespace
 
 int main(int, char** arguments) {
-    directory = arguments[2];
-    STARTUPINFOA startup = {};
-    startup.cb = sizeof(startup);
-    PROCESS_INFORMATION process = {};
-    CreateProcessA(arguments[1], nullptr, nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
-                   &process);
+    directory = arguments[1];
+    // It has a console of its own, and a key to wait for, but no user who could press it.
+    char unseen[] = "QbUnseen\\Default";
+    WaitForEnd("a program that no one sees",
+               Start("alone\\qbreport.exe", "", CREATE_NEW_CONSOLE, unseen));
+    const HANDLE process = Start("qbreportw.exe", "", 0, nullptr);
     const HWND window = WaitForWindow("Support report");
     const HWND text = GetDlgItem(window, WINDOW_TEXT);
     const HWND status = GetDlgItem(window, WINDOW_STATUS);
     WaitFor("the report", [&] { return IsWindowEnabled(GetDlgItem(window, WINDOW_SAVE)) != 0; });
     const std::string displayed = TextOf(text);
     Write("displayed.txt", displayed);
+    WaitForEnd("qbreport",
+               Start("qbreport.exe", " -o \"" + directory + "\\report.txt\"", 0, nullptr));
 
     RECT place = {};
     SetWindowPos(window, nullptr, 0, 0, 500, 300, 0);
@@ -117,7 +135,7 @@ int main(int, char** arguments) {
     const std::string wanted = directory + "\\\u043e\u0442\u0447\u0451\u0442.txt";
     Answer(window, WINDOW_SAVE, "Save As", kFileNameCombo, wanted);
     WaitFor("the saved file", [&] { return TextOf(status) == "Saved in " + wanted; });
-    Answer(window, WINDOW_SAVE, "Save As", kFileNameCombo, directory + '\\' + arguments[3]);
+    Answer(window, WINDOW_SAVE, "Save As", kFileNameCombo, directory + '\\' + arguments[2]);
     WaitFor("the failure",
             [&] { return TextOf(status).starts_with("Cannot save the report in "); });
     WaitFor("the message", [&] { return GetLastActivePopup(window) != window; });
@@ -125,7 +143,7 @@ int main(int, char** arguments) {
 
     WaitFor("the window", [&] { return IsWindowEnabled(window) != 0; });
     Press(window, VK_ESCAPE, 0);
-    WaitFor("the end", [&] { return WaitForSingleObject(process.hProcess, 0) == WAIT_OBJECT_0; });
+    WaitForEnd("qbreportw", process);
     Write("log.txt", "done");
     return 0;
 }
