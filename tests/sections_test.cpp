@@ -47,7 +47,7 @@ protected:
 TEST_F(SectionsTest, HaveTextsPagesAndFloors) {
     const std::string tests =
         ReadSources({"tests/core_test.cpp", "tests/machine_test.cpp", "tests/os_test.cpp"});
-    const std::string pages = ReadSources({"README.md", "docs/hosting.md"});
+    const std::string hosting = ReadSources({"docs/hosting.md"});
     const std::string reading = ReadSources({"docs/report.md"});
     std::size_t kinds = 0;
     const std::regex enumerator("(QbSupport(?!Flag)\\w+) = (\\d+)");
@@ -65,8 +65,7 @@ TEST_F(SectionsTest, HaveTextsPagesAndFloors) {
         EXPECT_NE(tests.find("GetInfo(" + name + ", 7"), std::string::npos)
             << "has no whole section in the tests";
         const std::string row = "\n| " + std::to_string(section.kind) + " |";
-        EXPECT_EQ(pages.find(row) == std::string::npos, pages.find("\n| 1 |") == std::string::npos)
-            << "has no row in the table of kinds";
+        EXPECT_NE(hosting.find(row), std::string::npos) << "has no row in the table of kinds";
         std::smatch title;
         const bool hasTitle = std::regex_search(*text, title, std::regex("^([^\r:]*):?\r\n--"));
         const std::string chapter = hasTitle ? title.str(1) : section.name;
