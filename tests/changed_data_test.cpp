@@ -1,5 +1,5 @@
-// What one changed fact makes of a section: plain facts, and those that are odd, huge or untrue,
-// which are shown whole or not at all.
+// Sections after one fact of the machine was changed, some to odd, huge or wrong values. Such
+// values are shown whole or not at all.
 #include <algorithm>
 #include <climits>
 #include <functional>
@@ -19,11 +19,11 @@ using Change = std::function<void(Machine&)>;
 struct Row {
     int kind;
     Change change;
-    std::string part;  // of the text, which a warning, if any, comes before
+    std::string part;  // of the warning, if there is one, and the text after it
     std::string argument = "viewer.exe";
 };
 
-// A field of the machine.
+// Sets a field of the machine.
 template <typename Field>
 Change Set(Field Machine::* field, std::type_identity_t<Field> value) {
     return [=](Machine& machine) { machine.*field = value; };
@@ -49,14 +49,14 @@ Change Version(const std::string& text, WORD language = 0x409, WORD codePage = 0
                {{"viewer.exe", stand_in::ProductVersion(text, language, codePage)}});
 }
 
-// After a value so long that the block lies in memory of its own and not on the stack.
+// The first value is so long that the block does not fit on the stack.
 Change Resource(std::vector<stand_in::VersionValue> values) {
     values.insert(values.begin(), {"\\Filler", std::string(8000, 'f')});
     return Set(&Machine::versionResources, {{"viewer.exe", {true, values}}});
 }
 
-// What was measured by one call is another thing by the next: the change comes right before the
-// call with that ordinal among its function's.
+// Makes a change between two calls of the platform, so that what the first one measured is no
+// longer true: right before the call of `function` with this ordinal.
 Change Before(std::string_view function, std::uint64_t ordinal, const Change& change) {
     return [=](Machine& machine) {
         Version(std::string(8000, '3'))(machine);
@@ -73,7 +73,7 @@ std::vector<Row> Rows() {
     const std::string odd = "%s%n%d\x01\x1F\x7F\x80\xE9\xFF";
     const std::string english("\x09\x04\xB0\x04", 4);
     const std::string german("\x07\x04\xE4\x04", 4);
-    // Two bytes for each of its first two characters, of which the platform counts six.
+    // Six characters to the platform, the first two of which have two bytes each.
     const std::string japanese = "\x93\xFA\x96\x7B 1.0";
     const std::string megabyte(1 << 20, '\\');
     const std::string noSnapshot = "Snapshot (of modules) failed with error ";
@@ -147,7 +147,7 @@ TEST(ChangedData, IsShownWholeOrNotAtAll) {
         const std::string warning = testing::internal::GetCapturedStdout();
         const std::string text = warning + section.value_or("");
         EXPECT_EQ(warning.empty(), row.part.find("failed with error") == std::string::npos);
-        EXPECT_LT(stand_in::CallsMade(), 1000U) << "it hardly ends";
+        EXPECT_LT(stand_in::CallsMade(), 1000U) << "too many calls";
         EXPECT_NE(text.find(row.part), std::string::npos) << text.substr(0, 2000);
     }
 }

@@ -1,4 +1,4 @@
-// Many threads, every kind: each call gets the text that it gets alone.
+// Several threads call all kinds. Each call must return the text that it returns alone.
 #include <atomic>
 #include <cstdio>
 #include <thread>
@@ -25,7 +25,7 @@ TEST(Threads, EachCallGetsTheTextItGetsAlone) {
     for (std::size_t thread = 0; thread < kThreads; ++thread) {
         threads.emplace_back([&, thread] {
             for (std::size_t i = 0; i < calls; ++i) {
-                // Half of the threads make the same calls at the same time, the others do not.
+                // Two threads each make the same calls at the same time.
                 const std::size_t number = (i + thread / 2 * 61) % requests.size();
                 const CallOutcome outcome = Call(requests[number]);
                 differences += outcome.text != texts[number] || !outcome.violations.empty();

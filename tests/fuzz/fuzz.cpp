@@ -1,4 +1,4 @@
-// Calls of all sorts on described machines of all sorts, with a platform call or memory that fails.
+// Random calls on random machines, also with a platform call or an allocation that fails.
 #include <fuzzer/FuzzedDataProvider.h>
 
 #include <clocale>
@@ -18,11 +18,11 @@ void Require(bool kept, const char* promise) {
     }
 }
 
-// On a machine of its own: a call may change what the platform says next.
+// Each call gets a copy of the machine, because it may change what the platform answers next.
 std::optional<std::string> CallOrStop(const stand_in::Machine& machine, const Request& request,
                                       std::uint64_t failedCall = 0, AllocationFault fault = {}) {
     const stand_in::ScopedMachine scope(machine);
-    // Once only: a platform that denies every build number costs a million questions.
+    // Only one call fails: if all did, the library would ask for a million build numbers.
     stand_in::PlanFault(failedCall, stand_in::FaultMode::Once);
     const CallOutcome outcome = CallAlone(request, fault);
     Require(outcome.violations.empty(), outcome.violations.c_str());
@@ -31,7 +31,7 @@ std::optional<std::string> CallOrStop(const stand_in::Machine& machine, const Re
     return outcome.text;
 }
 
-// Mostly short, sometimes around the sizes of the platform's buffers and of the library's own.
+// Mostly short texts, and some as long as the buffers of the platform and of the library.
 std::string ConsumeText(FuzzedDataProvider& input) {
     constexpr std::size_t kSizes[] = {0, 0, 0, 0, 0, 0, 255, 256, 259, 260, 288, 1023, 1024, 5000};
     const std::string text = input.ConsumeRandomLengthString(40);
@@ -41,7 +41,7 @@ std::string ConsumeText(FuzzedDataProvider& input) {
 stand_in::Machine ConsumeMachine(FuzzedDataProvider& input) {
     stand_in::Machine machine;
     const auto upTo = [&input](auto last) { return input.ConsumeIntegralInRange({}, last); };
-    // Versions that the searches find, and others.
+    // Versions that the library's searches find, and others.
     machine.version = {upTo(11U), upTo(6U),           upTo(1100000U), upTo(WORD{5}),
                        0,         upTo(WORD{0xFFFF}), upTo(BYTE{4})};
     for (auto& [path, key] : machine.localMachine) {

@@ -1,5 +1,5 @@
-// The sections on the real system, against what that system tells in another way. Arguments: the
-// library; with a kind after it, the program only writes that section.
+// Compares the sections with what the system says in another way. Arguments: the library, and
+// optionally a kind, in which case the program only prints that section.
 #include <fcntl.h>
 #include <io.h>
 #include <windows.h>
@@ -18,7 +18,7 @@
 namespace {
 
 const char* libraryPath;
-std::string program;  // its own path
+std::string program;  // this program's path
 
 std::string Section(int kind, const char* argument = nullptr) {
     static const Library library(libraryPath);
@@ -34,7 +34,7 @@ auto Lines(const std::string& text) {
     return std::ranges::count(text, '\n');
 }
 
-// Copies of this program under names of their own, to which Wine shows a chosen Windows version.
+// Runs copies of this program under other names, for which Wine pretends to be other versions.
 void SeveralVersionsOfWindows() {
     if (GetProcAddress(GetModuleHandleA("ntdll.dll"), "wine_get_version") == nullptr) {
         std::printf("SKIPPED: only Wine can pretend to be another version of Windows\n");
@@ -47,10 +47,10 @@ void SeveralVersionsOfWindows() {
     } cases[] = {
         {"", "winxp64", "XP Professional x64 Edition, 64-bit\n", "5.2 Build 3790\n", true},
         {"", "win2008", "Server 2008, 64-bit\n", "6.0 Build 6002\n", true},
-        {"", "win7", "", "6.1 Build 7601\n", true},  // Wine confuses its name
+        {"", "win7", "", "6.1 Build 7601\n", true},  // Wine takes it for a server
         {"", "win81", "8.1, 64-bit\n", "6.3 Build 9600\n", false},
         {"", "win10", "10, 64-bit\n", "10.0 Build 1", false},
-        // A host that does not name the systems it knows is told of none after Windows 8.
+        // Without a manifest, a host is not told of any version after Windows 8.
         {"_without_manifest", "vista", "Vista, 64-bit\n", "6.0 Build 6002\n", true},
         {"_without_manifest", "win10", "8, 64-bit\n", "6.2 Build 9200\n", false},
     };
@@ -83,8 +83,8 @@ void UserHardwareMemoryAndDisplay() {
     memory.resize(memory.find(" KB\r\n"));
     Check(memory.starts_with("Physical:         "), memory);
     std::erase_if(memory, [](char letter) { return letter < '0' || letter > '9'; });
-    // What Linux tells about the machine below Wine; by C, as the C++ library's files are for
-    // msvcrt.dll alone.
+    // What Linux says about the machine below Wine. The file is read with C, because the C++
+    // library's streams work only with msvcrt.dll.
     if (std::FILE* const file = std::fopen("Z:\\proc\\meminfo", "r")) {
         char line[100] = {};
         std::fgets(line, sizeof(line), file);
@@ -104,7 +104,7 @@ void DirectoriesAndEnvironment() {
     CheckHas(directories, "\nExe:         [" + ForwardSlashes(program) + "] (");
     CheckEqual(Lines(directories), 6);
     CheckEqual(Section(QbSupportAppDirectory, "C:\\no\\such"), "App:         [C:/no/such] (N/A)\n");
-    // What a host tells its run-time library, the library's own tells as well.
+    // The library sees what a host on the same run-time library sets in it.
     std::setlocale(LC_NUMERIC, "German_Germany");
     CheckHas(Section(QbSupportLocale), "[LC_NUMERIC]:      [German_Germany");
     _putenv("QB_ROOT_PATH=C:\\some where");
@@ -138,7 +138,7 @@ void Modules() {
         CheckHas(own, ForwardSlashes(path) + "  [");
     }
     CheckEqual(Section(QbSupportModules, &program[program.find_last_of('\\') + 1]), own);
-    // By its path, because it need not lie where Windows looks for a bare name.
+    // By its path, because Windows may not find the file by its name.
     char path[MAX_PATH] = {};
     GetModuleFileNameA(GetModuleHandleA("QBSUPPORT.dll"), path, MAX_PATH);
     CheckEqual(Section(QbSupportModule, path), std::string(path) + "  [" PROJECT_VERSION "]\r\n");

@@ -1,4 +1,4 @@
-// The library as a host loads it, and checks that say what they found.
+// Loads the library as a host does. Checks that print what they found.
 #ifndef QBSUPPORT_TESTS_WINDOWS_LIBRARY_H
 #define QBSUPPORT_TESTS_WINDOWS_LIBRARY_H
 
@@ -14,7 +14,7 @@ using qbsupport::kLastKind;
 
 inline int failedChecks = 0;
 
-// Says what is not as expected, and goes on.
+// Prints what is not as expected, and goes on.
 template <class Value>
 void CheckEqual(const Value& found, const std::type_identity_t<Value>& expected,
                 int line = __builtin_LINE()) {
@@ -33,16 +33,16 @@ inline void CheckHas(const std::string& text, const std::string& part,
     Check(text.find(part) != std::string::npos, text + "> without <" + part, line);
 }
 
-// An argument that gives most kinds' sections something to say.
+// An argument with which most sections have something to report.
 inline const char* ArgumentFor(int kind) {
     return kind == QbSupportModules ? nullptr : "Software";
 }
 
-// The library file at a path, loaded as long as this lives.
+// The library file at a path, loaded during the life of this object.
 class Library {
 public:
     explicit Library(const char* path) {
-        char whole[MAX_PATH] = {};  // Wine's loader does not take this system's own form
+        char whole[MAX_PATH] = {};  // Wine's loader does not accept a Linux path
         GetFullPathNameA(path, MAX_PATH, whole, nullptr);
         m_module = LoadLibraryA(whole);
         Find("QbSupportGetInfo", m_getInfo);
@@ -50,7 +50,7 @@ public:
     }
     ~Library() { FreeLibrary(m_module); }
 
-    // The section's text, or "nothing" when the call failed, which must not touch the out-pointer.
+    // The section's text, or "nothing" if the call failed. Then the out-pointer must be unchanged.
     std::string Report(int kind, unsigned int flags, const char* argument = nullptr) const {
         char untouched = 0;
         char* buffer = &untouched;

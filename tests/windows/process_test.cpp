@@ -1,7 +1,7 @@
-// The library in hosts' processes: called from places of all sorts, many times, and that nothing of
-// the process changes. Arguments: the library; with "once" after it, not many times; with
-// "console", only the last on a console; with "die", the host ends right behind the library's
-// warning.
+// Calls the library in a host's process: in various contexts, many times, and with a check that it
+// changes nothing in the process. Arguments: the library, and optionally "once", which leaves out
+// the many calls, "console", which makes only that check, on a console, or "die", with which the
+// program ends right after the library's warning.
 #include <direct.h>
 #include <windows.h>
 
@@ -19,13 +19,13 @@
 
 namespace {
 
-// The list of modules reads many files, and soaking does without it most of the time.
+// The list of modules reads many files, so most of the repeated calls leave it out.
 std::string CallAllKinds(const Library& library, unsigned int flags, bool withModules = true) {
     std::string texts;
     for (int kind = 1; kind <= kLastKind; ++kind) {
         if (kind != QbSupportModules || withModules) {
             const std::string text = library.Report(kind, flags, ArgumentFor(kind));
-            // Time and memory are others by the next call.
+            // The time and the memory differ in the next call.
             const bool changes = kind == QbSupportDateTime || kind == QbSupportMemory;
             texts += changes ? text.substr(0, 7) : text;
         }
@@ -63,8 +63,8 @@ void OnFiber() {
     ConvertFiberToThread();
 }
 
-// Inexact results stay masked: Wine computes with the caller's settings, and the library does not
-// compute with such numbers at all.
+// Exceptions for inexact results stay off, because Wine's own functions would raise them. The
+// library does not use floating-point numbers.
 void WithFloatingPointExceptions() {
     const unsigned before = _mm_getcsr();
     _mm_setcsr((before & ~_MM_MASK_MASK) | _MM_MASK_INEXACT | _MM_FLUSH_ZERO_ON);
@@ -79,7 +79,7 @@ void Impersonating() {
 }
 
 void GivesTheSameEverywhere(const Library& library) {
-    CallAllKinds(library, 7);  // loads libraries, which the list of modules then shows
+    CallAllKinds(library, 7);  // loads libraries, which the next list of modules contains
     const std::string expected = CallAllKinds(library, 7);
     called = &library;
     for (const auto place :
@@ -99,17 +99,17 @@ volatile std::uintptr_t paintedFrom;
     std::memset(reinterpret_cast<char*>(paintedFrom), 'p', kPainted);
 }
 
-// The platform's part included, which on other systems is another.
+// This includes the stack that the platform's functions need, which differs between systems.
 void NeedsLittleStack(const Library& library) {
     PaintStack();
     CallAllKinds(library, 7);
     const std::string_view stack(reinterpret_cast<const char*>(paintedFrom), kPainted);
     const std::size_t used = kPainted - stack.find_first_not_of('p');
     std::printf("Tried: all kinds on %d bytes of stack\n", static_cast<int>(used));
-    Check(used > 1024 && used < 48 * 1024, "much stack, or none that was found");
+    Check(used > 1024 && used < 48 * 1024, "an unlikely use of stack");
 }
 
-// In a process that speaks UTF-8 the digit separator does too, and not the locale's own code page.
+// In a process that uses UTF-8, the digit separator is UTF-8 and not in the locale's code page.
 void SpeaksTheCodePageOfTheProcess(const Library& library) {
     wchar_t before[8] = {};
     GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_STHOUSAND, before, 8);
@@ -124,8 +124,8 @@ struct Resources {
     std::size_t handles, modules, memory;
 };
 
-// The system hands out the lowest free handle, so that the value of a new one rises with every
-// leaked one. The process's handle count would say the same, but under Wine it is always 0.
+// A new handle gets the lowest free value, which rises with each handle that is leaked. The
+// process's handle count is not used because it is always 0 under Wine.
 Resources Used() {
     const HANDLE handle = CreateEventA(nullptr, FALSE, FALSE, nullptr);
     CloseHandle(handle);
@@ -156,13 +156,13 @@ void CallingAndLoadingLeavesNothing(const char* path) {
     Check(GetModuleHandleA("QBSUPPORT.dll") == nullptr, "still loaded");
     const Library library(path);
     const Resources after = Used();
-    // Windows' own services may keep a few after their first use. One per load would be 30 more.
+    // Windows may keep a few for its own services. With one leak per load, there would be 30 more.
     Check(after.handles <= before.handles + 15, "handles " + std::to_string(after.handles));
     Check(after.modules <= before.modules + 15, "modules " + std::to_string(after.modules));
     Check(after.memory <= before.memory + 128 * 1024, "memory " + std::to_string(after.memory));
 }
 
-// Its code pages and modes.
+// The console's code pages and modes.
 std::string ConsoleState() {
     std::string state = std::to_string(GetConsoleCP()) + ' ' + std::to_string(GetConsoleOutputCP());
     for (const DWORD stream : {STD_INPUT_HANDLE, STD_OUTPUT_HANDLE}) {
@@ -173,7 +173,7 @@ std::string ConsoleState() {
     return state;
 }
 
-// One line for each thing, so that a difference shows.
+// On several lines, so that a difference is easy to find.
 std::string ProcessState() {
     char directory[MAX_PATH] = {};
     _getcwd(directory, MAX_PATH);
@@ -195,7 +195,7 @@ std::string ProcessState() {
 }
 
 void NoCallChangesTheProcess(const Library& library) {
-    // Unusual settings: a call that set the usual ones would show.
+    // The settings are unusual, so that a call that restores the usual ones is noticed.
     std::setlocale(LC_NUMERIC, "German_Germany");
     _chdir("C:\\windows");
     SetErrorMode(SEM_NOGPFAULTERRORBOX);
@@ -212,7 +212,7 @@ void NoCallChangesTheProcess(const Library& library) {
     }
 }
 
-// A process that has no modules yet cannot be listed.
+// The new process is suspended and has no modules yet, so that they cannot be listed.
 void DieBehindWarning(const Library& library) {
     STARTUPINFOA startup{};
     startup.cb = sizeof(startup);
@@ -242,7 +242,7 @@ int main(int count, char** arguments) {
         GivesTheSameEverywhere(library);
         NeedsLittleStack(library);
         SpeaksTheCodePageOfTheProcess(library);
-        // Inherited, and so known to every run-time library.
+        // The variable is inherited, so every run-time library knows it.
         CheckHas(library.Report(QbSupportEnvironment, 0, "windir"), "[windir] = [");
     }
     NoCallChangesTheProcess(library);
