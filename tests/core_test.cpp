@@ -1,5 +1,5 @@
-// The text type, the exported functions and the way from a kind to its section, the collector
-// classes, and the sections that need no particular facility.
+// The text type, the exported functions, the dispatcher, the collector classes, and the sections of
+// src/core.
 #include <climits>
 
 #include "core/collector.h"
@@ -30,7 +30,7 @@ TEST(TextTest, WritesNumbersReplacesMovesAndFails) {
         EXPECT_EQ(third.View(), content + '!');
         EXPECT_EQ(second.View(), "used again");
     }
-    // Failure stays and is passed on.
+    // A failed text stays failed, and so does a text that it is appended to.
     text.Fill(' ', SIZE_MAX);
     text << "ignored" << 1 << 'c';
     EXPECT_EQ(text.View(), "b ");
@@ -136,7 +136,7 @@ TEST_F(CoreTest, BaseWritesHeadingsOrNothing) {
     EXPECT_EQ(text.View(), "\r\n");
 }
 
-// A collector for another kind of host.
+// A derived collector that overrides two operations.
 class OtherCollector : public CQbSupportWindows {
 public:
     bool GetEnvironmentInfo(CText& result, CText& argument) override {
@@ -159,7 +159,7 @@ TEST_F(CoreTest, FlagsAndOverridesOfADerivedClass) {
     EXPECT_FALSE(collector.m_flags != 0 || collector.m_indentOn);
     CText text;
     CText argument;
-    // What one call turns on stays on for the next ones.
+    // What a call turns on stays on in later calls of the same collector.
     collector.GetInfo(QbSupportUname, 0xFFFFFFFF, text, argument);
     collector.GetInfo(QbSupportUname, 8, text, argument);
     EXPECT_EQ(text.View(), "Uname\r\n-----\r\n\r\n");

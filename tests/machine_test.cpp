@@ -61,7 +61,7 @@ TEST_F(MachineTest, Directories) {
               "   AppData:     [C:\\Users\\ann\\Documents] (DIR:RW)\n\r\n");
     EXPECT_EQ(GetInfo(QbSupportAppDirectory, 7, "C:\\Tools\\Viewer"),
               "   App:         [C:/Tools/Viewer] (DIR:RW)\n");
-    // What each bit shows, then all of them, which are an error, and all but the lowest.
+    // What each bit shows, then all bits, which mean an error, then all bits but the lowest.
     std::istringstream texts(
         "RO HID:RW SYS:RW RW DIR:RW ARCH:RW DEV:RW NOR:RW TEMP:RW SPA:RW REP:RW COMP:RW OFL:RW "
         "IDX:RW ENC:RW RW N/A DIR:ARCH:COMP:DEV:ENC:HID:NOR:IDX:OFL:REP:SPA:SYS:TEMP:RW");
@@ -82,7 +82,7 @@ TEST_F(MachineTest, RegistryKeys) {
               "   App:          [HKEY_CURRENT_USER\\Software\\Viewer] (RWA)\n");
     EXPECT_EQ(GetInfo(QbSupportMachineAppKey, 7, "Software\\Viewer"),
               "   App:          [HKEY_LOCAL_MACHINE\\Software\\Viewer] (N/A)\n");
-    // Without an argument the root itself is tested.
+    // Without an argument, the access to the root key itself is tested.
     EXPECT_EQ(GetInfo(QbSupportRegistry, 0), "User root:    [HKEY_CURRENT_USER\\] (RWA)\n");
     EXPECT_EQ(GetInfo(QbSupportMachineAppKey, 0), "App:          [HKEY_LOCAL_MACHINE\\] (RO)\n");
 }

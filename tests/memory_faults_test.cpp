@@ -1,5 +1,5 @@
-// Memory that runs out: every allocation of every section fails once, and from then on. And how
-// much of it there is to fail.
+// Memory that runs out: each allocation of each section fails once, and then with all that follow
+// it. Also tests that there are few allocations.
 #include <cstdint>
 #include <cstdio>
 
@@ -8,8 +8,8 @@
 
 namespace {
 
-// Everything is longer than what the library holds without memory: 288 bytes of text, 8
-// monitors, a version resource of 3 KB.
+// Everything is too large for the library to store without an allocation: texts of more than 288
+// bytes, more than 8 monitors, version resources of more than 3 KB.
 stand_in::Machine LargeMachine() {
     stand_in::Machine machine;
     for (std::string* text :
@@ -18,7 +18,7 @@ stand_in::Machine LargeMachine() {
         *text = "C:\\" + std::string(900, 'p');
     }
     machine.currentDirectory = std::string(259, 'd');
-    // The longest release name and the registry's edition, which are compared together.
+    // The longest release name, and an edition from the registry: both go into the text to compare.
     machine.version = {5, 2, 3790, 0, 0, VER_SUITE_ENTERPRISE, VER_NT_SERVER};
     machine.nativeArchitecture = PROCESSOR_ARCHITECTURE_IA64;
     for (auto& [name, value] : machine.localMachine[qb_support::kCurrentVersionKey].values) {
@@ -41,7 +41,7 @@ stand_in::Machine LargeMachine() {
     return machine;
 }
 
-// Fails one allocation after the other until a call has no more. Returns how many failed.
+// Repeats a call and lets another allocation fail each time. Returns how many failed.
 std::size_t FailEachAllocation(const Request& request, bool onlyOnce) {
     const CallOutcome whole = CallAlone(request);
     for (std::size_t number = 1;; ++number) {
@@ -65,7 +65,7 @@ TEST(MemoryFaults, EveryFailedAllocationFailsTheCall) {
                                         << ", argument " << request.argument);
         failed += FailEachAllocation(request, true) + FailEachAllocation(request, false);
     }
-    // A separator that no number needs.
+    // The separator must be available even if no number needs it.
     stand_in::CurrentMachine().memory = {};
     stand_in::CurrentMachine().processMemory = {};
     failed += FailEachAllocation({QbSupportMemory, 0, ""}, true);

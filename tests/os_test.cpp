@@ -1,5 +1,5 @@
 // The Operating System section, the release names, the registry readers, and the searches for the
-// Windows version: what they find and what they ask.
+// Windows version, with what they find and how often they ask.
 #include <algorithm>
 
 #include "os/os_name.h"
@@ -18,7 +18,7 @@ class OsTest : public DescribedMachineTest {
 protected:
     auto& Values() { return m_machine.localMachine.at(kCurrentVersionKey).values; }
 
-    // The section's first line, "none" when the version has no name.
+    // The section's first line, or "none" if the version has no name.
     static std::string Name(DWORD major, DWORD minor, DWORD build, BYTE productType,
                             WORD suites = 0, DWORD platform = VER_PLATFORM_WIN32_NT) {
         CText texts[7];
@@ -56,7 +56,7 @@ TEST_F(OsTest, SectionRegistryNamesAndFeatureUpdate) {
     }
 }
 
-// Support staff search for these words: a change of one must be meant, and takes a new sum.
+// Support staff search for these texts. After an intended change of one, enter the new sum.
 TEST_F(OsTest, EditionsAddUp) {
     std::uint32_t sum = 0;
     for (m_machine.productInfo = 0; m_machine.productInfo < 0x110; ++m_machine.productInfo) {
@@ -112,7 +112,7 @@ TEST_F(OsTest, Releases) {
         m_machine.systemMetrics[SM_SERVERR2] = isR2;
         EXPECT_EQ(Name(5, minor, 0, productType, suites), "Microsoft Windows " + name);
     }
-    // The word size is the machine's and not the process's, when the machine can be asked.
+    // Without GetNativeSystemInfo, the word size is that of the process.
     m_machine.available.getNativeSystemInfo = false;
     EXPECT_EQ(Name(10, 0, 22631, 1), "Microsoft Windows 11, 64-bit");
 }
@@ -145,8 +145,9 @@ TEST_F(OsTest, RegistryValues) {
     EXPECT_FALSE(ReadRegistryString(kCurrentVersionKey, "value", text));
 }
 
-// The version, and how many questions it takes to find it or nothing. The last six are not in the
-// table; the scan ends with version 10, minor version 5 and service pack 4.
+// Each row has a version and the number of questions until it is found, or until the search ends.
+// The last six versions are not in the library's table. Its scan ends with version 10, minor
+// version 5 and service pack 4.
 TEST_F(OsTest, VersionSearches) {
     const std::tuple<DWORD, DWORD, WORD, unsigned> rows[] = {
         {10, 0, 0, 26}, {6, 3, 0, 27}, {6, 2, 0, 29},  {6, 1, 1, 31},  {6, 1, 0, 34},
@@ -193,7 +194,7 @@ TEST_F(OsTest, ProductTypesSuitesAndBuildNumbers) {
         EXPECT_EQ(DetectBuildNumber(), detected);
         EXPECT_EQ(CallsMade("VerifyVersionInfoA"), questions) << running;
     }
-    // A system that refuses to answer.
+    // A system that answers no question.
     PlanFault(1, FaultMode::FromThenOn);
     EXPECT_EQ(DetectBuildNumber(), 0U);
     EXPECT_EQ(CallsMade("VerifyVersionInfoA"), 1000008U);

@@ -1,6 +1,6 @@
-// Platform calls that fail: in every section the 1st, 2nd, 3rd ... call, once and from then on. The
-// loops count calls, so that a call which is added to a section is covered; when its failure
-// changes the section's text it needs a row in the table of consequences.
+// Platform calls that fail: in each section the 1st, 2nd, 3rd ... call, alone and with all that
+// follow it. The loops count the calls, so that they cover new calls too. If the failure of a new
+// call changes the text, the table of consequences needs a row for it.
 #include <algorithm>
 #include <cstdio>
 #include <regex>
@@ -16,17 +16,17 @@ namespace {
 const std::string kMessage =
     " failed with error 8 (Not enough memory resources are available to process this command)";
 
-// What a failed call does to the text of a section.
+// How the text of a section changes if a call fails.
 struct Consequence {
-    std::string failure;  // how it begins: the kind, the call, which of its calls, the argument
-    // Patterns too: the first is for the first of the function's calls, and so on, again and again.
-    // # stands for which call it is.
+    std::string failure;  // begins with a match: kind, function, ordinal, argument
+    // Patterns of what is replaced, one for each call of the function, starting again after the
+    // last. # stands for the ordinal of the call.
     std::vector<std::string> from;
-    std::optional<std::string> to;  // nothing for a call of the library that fails
-    std::string warning{};          // what it begins with, when there is one
+    std::optional<std::string> to;  // the replacement, or nothing if the section fails
+    std::string warning{};          // the beginning of the warning, if there is one
 };
 
-// The first row that fits counts.
+// The first row that matches counts.
 const Consequence kConsequences[] = {
     {"2 _ctime64", {"Wed Jan 05 09:07:03 2022"}, ""},
     {"2 GetTimeZoneInformation", {"-1(?=:0h)|-3600(?=s)"}, "0"},
@@ -72,7 +72,7 @@ const Consequence kConsequences[] = {
     {"", {"(?!)"}, ""},  // any other failure leaves the text as it is
 };
 
-// Every section shows something that each failure takes away.
+// A machine on which each failure changes the text of the section.
 stand_in::Machine FaultTellingMachine() {
     stand_in::Machine machine;
     machine.architecture = PROCESSOR_ARCHITECTURE_INTEL;  // other than the native one
@@ -94,12 +94,12 @@ stand_in::Machine FaultTellingMachine() {
     return machine;
 }
 
-// The call that failed first; one that no row is about when the planned one cannot fail.
+// The call that failed first. If the planned call cannot fail, a function that no row matches.
 stand_in::FailedCall FirstFailure() {
     return stand_in::FirstFailedCall().value_or(stand_in::FailedCall{"nothing", 1});
 }
 
-// The request and which call failed first, in the words of the table.
+// The request and the call that failed first, as the table writes them.
 std::string DescribeFailure(const Request& request) {
     const auto& [function, ordinal] = FirstFailure();
     return (testing::Message() << request.kind << ' ' << function << ' ' << ordinal << ", "
@@ -121,7 +121,7 @@ std::optional<std::string> Edited(const std::string& text, const Consequence& ro
                   : std::nullopt;
 }
 
-// The text of a call in which that platform call fails, if it can; and what it printed.
+// The text of a section in which the platform call with this number fails, and what it printed.
 std::pair<std::optional<std::string>, std::string> WithFault(const Request& request,
                                                              std::uint64_t number, FaultMode mode) {
     stand_in::PlanFault(number, mode);
@@ -147,18 +147,18 @@ TEST(PlatformFaults, HaveTheirConsequencesAndNoOthers) {
             EXPECT_EQ(warning, row.warning.empty() ? "" : "\n  WARNING: " + row.warning + kMessage)
                 << failure;
             met.insert(&row);
-            // The search for the build number asks a million times when every answer is no, so that
-            // only every tenth call of that section is tried.
+            // If every answer is no, the search for the build number asks a million times.
+            // Therefore only every tenth call of that section is tried.
             if (request.kind != QbSupportOperatingSystem || number % 10 == 0) {
                 const auto [rest, warnings] = WithFault(request, number, FaultMode::FromThenOn);
-                // What the stand-in's failed calls leave in their buffers.
+                // With these bytes the stand-in's failed calls fill their buffers.
                 EXPECT_EQ(rest.value_or("").find('\xCC'), std::string::npos) << failure << *rest;
                 EXPECT_TRUE(warnings.empty() || warnings.ends_with(" failed with error 8 ()"))
                     << failure << warnings;
             }
         }
     }
-    EXPECT_EQ(met.size(), std::size(kConsequences)) << "a consequence never came";
+    EXPECT_EQ(met.size(), std::size(kConsequences)) << "the table has a row that no failure needs";
     std::printf("Tried: %zu platform calls failed, once and from then on\n", failed);
 }
 

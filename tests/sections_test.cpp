@@ -1,4 +1,4 @@
-// What every kind of section has to have: the places where a new one is forgotten.
+// What every kind of section must have in all places, so that no place is forgotten for a new kind.
 #include <fstream>
 #include <iterator>
 #include <regex>
@@ -109,7 +109,7 @@ TEST_F(SectionsTest, FollowTheHeadersRuleAboutFlags) {
     }
 }
 
-// Whatever is measured against the floor is measured wrongly when it asks for more or less.
+// A section's time is compared with its floor, which must therefore make the same platform calls.
 TEST_F(SectionsTest, FloorsMakeTheSamePlatformCalls) {
     std::vector<std::string_view> calls;
     stand_in::beforeCall = [&](std::string_view name, std::uint64_t) { calls.push_back(name); };
@@ -122,8 +122,9 @@ TEST_F(SectionsTest, FloorsMakeTheSamePlatformCalls) {
     stand_in::beforeCall = nullptr;
 }
 
-// A line of a long list costs what one of a short list costs: growth that is not linear shows as a
-// multiple, whatever a sanitizer and other programs make of the times.
+// A line of a long list must cost as much as a line of a short list. The limit is twice as much, as
+// sanitizers and other programs disturb the times. Growth that is not linear gives a large
+// multiple.
 TEST_F(SectionsTest, ListsGrowLinearly) {
     stand_in::Machine longLists;
     for (stand_in::Machine* const machine : {&m_machine, &longLists}) {

@@ -4,8 +4,8 @@
 
 #include "stand_in/calls.h"
 
-// By the linker's --wrap the library's malloc and free come here first. The stand-in platform and
-// the tests use operator new, which does not.
+// With the linker's --wrap, the library's malloc and free come here first. The stand-in and the
+// tests use operator new, which does not come here.
 void* RealMalloc(std::size_t size) asm("__real_malloc");
 void RealFree(void* block) asm("__real_free");
 void* WatchedMalloc(std::size_t size) asm("__wrap_malloc");
@@ -13,7 +13,7 @@ void WatchedFree(void* block) asm("__wrap_free");
 
 namespace {
 
-// What one call allocates and frees, always on its caller's thread.
+// What a call allocates and frees, which it does on the caller's thread.
 struct Allocations {
     AllocationFault fault;
     std::size_t attempts = 0;
