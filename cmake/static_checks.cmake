@@ -15,6 +15,9 @@ endfunction()
 # they are used are no mistake, nor is a file with many branches.
 set(filters src host tests)
 list(TRANSFORM filters REPLACE "(.+)" "--file-filter=${PROJECT_SOURCE_DIR}/\\1/*")
+if(WIN32)
+    list(APPEND filters -D_WIN32)
+endif()
 add_check(cppcheck cppcheck cppcheck "--project=${PROJECT_BINARY_DIR}/compile_commands.json" ${filters}
     --enable=warning,portability --suppress=uninitMemberVar --suppress=normalCheckLevelMaxBranches
     --inline-suppr --library=googletest --error-exitcode=1 --quiet)

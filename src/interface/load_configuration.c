@@ -12,7 +12,7 @@ struct LoadConfiguration {
 
 /* From Windows 10 1607 on, Windows looks for the libraries that this one imports only in System32.
  * It then does not load a version.dll beside the host. */
-const struct LoadConfiguration _load_config_used = {
+_Alignas(8) const struct LoadConfiguration _load_config_used = {
     .size = sizeof(struct LoadConfiguration),
     .dependentLoadFlags = LOAD_LIBRARY_SEARCH_SYSTEM32,
 };
