@@ -24,8 +24,7 @@ void Say(const std::string& message) {
 
 // One line in place of the one before.
 void ShowLine(std::string line) {
-    constexpr std::size_t kWidth = 40;
-    line.resize(kWidth, ' ');
+    line.resize(40, ' ');
     static_cast<void>(PrintText(STD_ERROR_HANDLE, '\r' + line + '\r'));
 }
 
@@ -43,7 +42,7 @@ bool SayFailed(const std::vector<qbsupport::FailedSection>& failed, const Option
 }
 
 // Says why a text could not be written.
-bool Check(const std::string& problem) {
+bool IsPrinted(const std::string& problem) {
     if (!problem.empty()) {
         Say("cannot write to standard output: " + problem);
     }
@@ -64,8 +63,8 @@ bool Save(const std::string& report, const std::vector<std::wstring>& files) {
 ExitStatus WriteReport(const Options& options, bool toNewFile) {
     const bool toFile = toNewFile || !options.outputFile.empty();
     // Progress would disturb a report that goes to the same screen.
-    const bool showsProgress =
-        IsConsole(STD_ERROR_HANDLE) && (toFile || !IsConsole(STD_OUTPUT_HANDLE));
+    const bool showsProgress = IsConsole(GetStdHandle(STD_ERROR_HANDLE)) &&
+                               (toFile || !IsConsole(GetStdHandle(STD_OUTPUT_HANDLE)));
     qbsupport::ReportOptions reportOptions = options.report;
     if (showsProgress) {
         reportOptions.progress = ShowProgress;
@@ -85,27 +84,23 @@ ExitStatus WriteReport(const Options& options, bool toNewFile) {
     }
     const bool isWritten = toNewFile ? Save(report.text, NewReportPaths())
                            : toFile  ? Save(report.text, {Widen(CP_UTF8, options.outputFile)})
-                                     : Check(PrintReport(report.text));
+                                     : IsPrinted(PrintReport(report.text));
     return isWritten && isComplete ? kSuccess : kFailure;
-}
-
-// The window of a double click closes with the program, so the report goes to a file, and the user
-// gets time to read where it is.
-ExitStatus SaveForExplorer(const Options& options) {
-    const ExitStatus status = WriteReport(options, true);
-    if (IsSessionVisible()) {
-        Say("press a key to close this window");
-        static_cast<void>(_getwch());
-    }
-    return status;
 }
 
 ExitStatus Run(std::vector<std::string> arguments) {
     Options options;
     options.report = DefaultReportOptions();
-    if (arguments.empty() && IsConsole(STD_OUTPUT_HANDLE) && IsConsole(STD_ERROR_HANDLE) &&
-        OwnsConsole()) {
-        return SaveForExplorer(options);
+    if (arguments.empty() && IsConsole(GetStdHandle(STD_OUTPUT_HANDLE)) &&
+        IsConsole(GetStdHandle(STD_ERROR_HANDLE)) && OwnsConsole()) {
+        // The window of a double click closes with the program, so the report goes to a file, and
+        // the user gets time to read where it is.
+        const ExitStatus status = WriteReport(options, true);
+        if (IsSessionVisible()) {
+            Say("press a key to close this window");
+            static_cast<void>(_getwch());
+        }
+        return status;
     }
     const std::string problem = ParseOptions(std::move(arguments), options);
     if (!problem.empty()) {
@@ -113,7 +108,7 @@ ExitStatus Run(std::vector<std::string> arguments) {
         return kWrongUsage;
     }
     if (!options.text.empty()) {
-        return Check(PrintText(STD_OUTPUT_HANDLE, options.text)) ? kSuccess : kFailure;
+        return IsPrinted(PrintText(STD_OUTPUT_HANDLE, options.text)) ? kSuccess : kFailure;
     }
     return WriteReport(options, false);
 }

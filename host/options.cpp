@@ -35,10 +35,9 @@ struct ArgumentOption {
 std::string NoteOn(const SectionKind& section, const std::vector<ArgumentOption>& options) {
     for (const auto& [option, kinds] : options) {
         if (std::count(kinds.begin(), kinds.end(), section.kind) != 0) {
-            const bool isRepeatable =
-                option->get_multi_option_policy() == CLI::MultiOptionPolicy::TakeAll;
+            const auto policy = option->get_multi_option_policy();
             return option->get_name() + ' ' + option->get_type_name() +
-                   (isRepeatable ? ", repeatable" : "");
+                   (policy == CLI::MultiOptionPolicy::TakeAll ? ", repeatable" : "");
         }
     }
     return IsInWholeReport(section) ? "" : "not in the whole report: it always fails";
@@ -51,11 +50,8 @@ std::string SectionList(const std::vector<ArgumentOption>& options) {
         std::string line = section.kind < 10 ? " " : "";
         line += std::to_string(section.kind) + "  " + section.name;
         const std::string note = NoteOn(section, options);
-        if (!note.empty()) {
-            line.append(kNoteColumn - line.size(), ' ');
-            line += note;
-        }
-        list += line + '\n';
+        line.resize(std::max(line.size(), note.empty() ? 0 : kNoteColumn), ' ');
+        list += line + note + '\n';
     }
     return list;
 }

@@ -19,15 +19,6 @@ using File = std::unique_ptr<HANDLE, CloseFile>;
 // A name of another length, such as one for a directory, must fit behind the path as well.
 constexpr std::size_t kLongPath = MAX_PATH - 12;
 
-std::string LastErrorText() {
-    return ErrorText(GetLastError());
-}
-
-bool IsConsoleHandle(HANDLE handle) {
-    DWORD mode = 0;
-    return GetConsoleMode(handle, &mode) != 0;
-}
-
 // The path in the form in which Windows takes it whatever its length.
 std::wstring SystemPath(const std::wstring& path) {
     const std::wstring full = FullPath(path);
@@ -62,8 +53,8 @@ bool WriteAll(HANDLE handle, Text text, Write write) {
 
 // Writes the characters to a console, the bytes to anything else.
 bool Write(HANDLE handle, const std::wstring& characters, const std::string& bytes) {
-    return IsConsoleHandle(handle) ? WriteAll(handle, std::wstring_view(characters), WriteConsoleW)
-                                   : WriteAll(handle, std::string_view(bytes), WriteFile);
+    return IsConsole(handle) ? WriteAll(handle, std::wstring_view(characters), WriteConsoleW)
+                             : WriteAll(handle, std::string_view(bytes), WriteFile);
 }
 
 bool WriteReport(HANDLE handle, const std::string& report) {
@@ -108,10 +99,10 @@ std::string ReplaceFile(const std::string& report, const std::wstring& target) {
     std::wstring path;
     File file = CreateTemporaryFile(target, path);
     if (file == nullptr) {
-        return LastErrorText();
+        return ErrorText(GetLastError());
     }
     const bool isWritten = WriteReport(file.get(), report) && FlushFileBuffers(file.get()) != 0;
-    std::string problem = isWritten ? "" : LastErrorText();
+    std::string problem = isWritten ? "" : ErrorText(GetLastError());
     file.reset();
     if (problem.empty()) {
         problem = RenameOver(path, target);
@@ -124,24 +115,25 @@ std::string ReplaceFile(const std::string& report, const std::wstring& target) {
 
 }  // namespace
 
-bool IsConsole(unsigned long stream) {
-    return IsConsoleHandle(GetStdHandle(stream));
+bool IsConsole(void* handle) {
+    DWORD mode = 0;
+    return GetConsoleMode(handle, &mode) != 0;
 }
 
 std::string PrintText(unsigned long stream, const std::string& text) {
     const std::wstring wide = Widen(CP_UTF8, WithCrLf(text));
-    return Write(GetStdHandle(stream), wide, Narrow(CP_ACP, wide)) ? "" : LastErrorText();
+    return Write(GetStdHandle(stream), wide, Narrow(CP_ACP, wide)) ? "" : ErrorText(GetLastError());
 }
 
 std::string PrintReport(const std::string& report) {
-    return WriteReport(GetStdHandle(STD_OUTPUT_HANDLE), report) ? "" : LastErrorText();
+    return WriteReport(GetStdHandle(STD_OUTPUT_HANDLE), report) ? "" : ErrorText(GetLastError());
 }
 
 std::string SaveReport(const std::string& report, const std::wstring& path) {
     // Once and with the access that the report needs: a pipe may have a single instance.
     File file = Open(path, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, OPEN_EXISTING);
     if (file != nullptr && GetFileType(file.get()) != FILE_TYPE_DISK) {
-        return WriteReport(file.get(), report) ? "" : LastErrorText();
+        return WriteReport(file.get(), report) ? "" : ErrorText(GetLastError());
     }
     file.reset();
     return ReplaceFile(report, FullPath(path));

@@ -4,11 +4,11 @@
 
 #include <string>
 
-/// Whether a standard stream, such as STD_ERROR_HANDLE, is a console.
-bool IsConsole(unsigned long stream);
+/// Whether a Windows handle is that of a console.
+bool IsConsole(void* handle);
 
-/// Writes a text to a standard stream, elsewhere than on a console in the ANSI code page. Returns
-/// what went wrong, or an empty text.
+/// Writes a text to a standard stream, such as STD_ERROR_HANDLE: to a console as it is, elsewhere
+/// in the ANSI code page. Returns what went wrong, or an empty text.
 std::string PrintText(unsigned long stream, const std::string& text);
 
 /// Writes a report to standard output byte for byte, on a console as the characters that the bytes

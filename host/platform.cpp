@@ -55,7 +55,6 @@ bool IsSessionVisible() {
     const auto getInformation = SystemFunction<decltype(&GetUserObjectInformationW)>(
         L"user32.dll", "GetUserObjectInformationW");
     USEROBJECTFLAGS flags = {};
-    return getStation != nullptr && getInformation != nullptr &&
-           getInformation(getStation(), UOI_FLAGS, &flags, sizeof(flags), nullptr) != 0 &&
-           (flags.dwFlags & WSF_VISIBLE) != 0;
+    getInformation(getStation(), UOI_FLAGS, &flags, sizeof(flags), nullptr);
+    return (flags.dwFlags & WSF_VISIBLE) != 0;
 }

@@ -50,12 +50,13 @@ qbsupport::Report ComposeReport(qbsupport::ReportOptions options, std::string& p
     const std::wstring file = directory + Widen(CP_UTF8, qbsupport::kLibraryFileName);
     const qbsupport::Library library(file.c_str());
     if (!library.IsLoaded()) {
-        // So it is if the user starts the program inside the archive.
-        problem = GetFileAttributesW(file.c_str()) != INVALID_FILE_ATTRIBUTES
-                      ? Utf8Of(library.Error())
-                      : std::string(qbsupport::kLibraryFileName) + " does not lie beside this " +
-                            "program, in " + Narrow(CP_UTF8, directory) +
-                            "; unpack the whole archive first, then start the program from there";
+        problem = Utf8Of(library.Error());
+        if (GetFileAttributesW(file.c_str()) == INVALID_FILE_ATTRIBUTES) {
+            // So it is if the user starts the program inside the archive.
+            problem = "QBSUPPORT.dll does not lie beside this program, in " +
+                      Narrow(CP_UTF8, directory) +
+                      "; unpack the whole archive first, then start the program from there";
+        }
         return {};
     }
     qbsupport::Report report = library.WholeReport(ForLibrary(std::move(options)));
@@ -65,18 +66,16 @@ qbsupport::Report ComposeReport(qbsupport::ReportOptions options, std::string& p
 
 std::string FailureText(const qbsupport::FailedSection& failed) {
     const auto& [section, argument, tried] = failed;
+    const std::string on = argument.empty() ? "" : " on " + Utf8Of(argument);
     const std::string text = std::string("section '") + section.name + "' (" +
                              std::to_string(section.kind) + ") left out: ";
     if (!tried) {
-        return text + "its line on " + Utf8Of(argument) + " belongs below '" +
+        return text + "its line" + on + " belongs below '" +
                qbsupport::SectionKindOf(section.continues).name + "'";
     }
-    if (argument.empty()) {
-        return text + "the library has nothing to report";
-    }
-    return text + "the library has no report on " + Utf8Of(argument) +
-           (section.kind == QbSupportModules ? ": no program of this name runs (letter case counts)"
-                                             : "");
+    const bool isProgram = section.kind == QbSupportModules && !argument.empty();
+    return text + "the library has no report" + on +
+           (isProgram ? ": no program of this name runs (letter case counts)" : "");
 }
 
 std::vector<std::wstring> NewReportPaths() {

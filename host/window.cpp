@@ -329,7 +329,7 @@ int WINAPI wWinMain(HINSTANCE program, HINSTANCE /*before*/, wchar_t* /*argument
                     int showCommand) {
     PrepareProcess();
     // For the same reason: windows ask for them.
-    for (const wchar_t* const name : {L"dwmapi.dll", L"ole32.dll"}) {
+    for (const wchar_t* const name : {L"dwmapi.dll", L"msimg32.dll", L"ole32.dll"}) {
         LoadSystemLibrary(name);
     }
     const INITCOMMONCONTROLSEX controls = {sizeof(controls), ICC_PROGRESS_CLASS};

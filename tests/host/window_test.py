@@ -13,7 +13,7 @@ import time
 # What Windows' own libraries ask for by name alone: for names and versions, the theme, the dialogs.
 PLANTED = "secur32 psapi netapi32 uxtheme dwmapi sspicli cryptbase profapi propsys textshaping comdlg32 " \
     "comctl32 shell32 shlwapi shcore ole32 oleaut32 userenv ntmarta apphelp windowscodecs wtsapi32 " \
-    "wkscli netutils samcli logoncli explorerframe oleacc clbcatq mpr".split()
+    "msimg32 wkscli netutils samcli logoncli explorerframe oleacc clbcatq mpr".split()
 PRODUCT, LIBRARY, USER = (pathlib.Path(argument).resolve() for argument in sys.argv[1:])
 
 
