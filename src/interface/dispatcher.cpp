@@ -8,7 +8,10 @@ namespace qb_support {
 namespace {
 
 bool RunSection(CQbSupport& collector, int kind, CText& result, CText& argument) {
-    switch (kind) {
+    if (kind < 1 || kind > qbsupport::kLastKind) {
+        return false;
+    }
+    switch (static_cast<QbSupportKind>(kind)) {  // no default: the compiler names what is missing
         case QbSupportBanner:
             return collector.GetBannerInfo(result);
         case QbSupportDateTime:
@@ -49,9 +52,8 @@ bool RunSection(CQbSupport& collector, int kind, CText& result, CText& argument)
             return collector.GetReservedInfo(result, argument);
         case QbSupportDisplay:
             return collector.GetDisplayInfo(result, argument);
-        default:
-            return false;
     }
+    return false;
 }
 
 }  // namespace
