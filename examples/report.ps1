@@ -57,7 +57,7 @@ $text = (-join (1..8 | ForEach-Object {
     (Get-Group 9 '' @(, @(10, 'C:\ProgramData'))) +
     (Get-Group 11 'Software' @(@(12, $key), @(13, $key))) +
     (Get-Group 14 '' @(, @(15, 'NUMBER_OF_PROCESSORS'))) +
-    (Get-Group 16 '' @(, @(17, 'QBSUPPORT.dll'))) +
+    (Get-Group 16 '' @(, @(17, 'kernel32.dll'))) +
     [QbSupport]::Section(20, $headings + $separator + $indent, '')
 if ($File) {
     # .NET resolves a relative path against another directory than PowerShell does. Set-Content is not

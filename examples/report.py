@@ -14,7 +14,7 @@ GROUPS = (
     [(9, None), (10, b"C:\\ProgramData")],
     [(11, b"Software"), (12, b"Software\\Microsoft"), (13, b"Software\\Microsoft")],
     [(14, None), (15, b"NUMBER_OF_PROCESSORS")],
-    [(16, None), (17, b"QBSUPPORT.dll")],
+    [(16, None), (17, b"kernel32.dll")],
     [(20, None)],
 )
 
