@@ -1,4 +1,4 @@
-"""Shows the whole report, or saves it to a file: report.py [FILE [LIBRARY]]. Needs x64 Python."""
+"""Shows the whole report, or saves it to a file: report.py [FILE]. Needs x64 Python."""
 
 import ctypes
 import pathlib
@@ -60,15 +60,15 @@ def whole_report(library):
     return report
 
 
-def default_path():
+def library_path():
     """The full path, so that no file of that name in another directory can take its place."""
     folder = pathlib.Path(__file__).resolve().parent.parent / "bin"
     on_ucrt = folder / "ucrt" / "QBSUPPORT.dll"  # shares Python's run-time library
     return on_ucrt if on_ucrt.exists() else folder / "QBSUPPORT.dll"
 
 
-def main(file=None, library=None):
-    report = whole_report(Library(library or default_path()))
+def main(file=None):
+    report = whole_report(Library(library_path()))
     if file:
         pathlib.Path(file).write_bytes(report)
     else:

@@ -112,8 +112,7 @@ def subproject(scratch):
         add_compile_definitions(UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX)
         add_subdirectory("{SOURCE}" qbsupport)
         add_subdirectory("{SOURCE}/examples" examples)""")
-    # The first gives a warning for every file, which must not be an error. The second makes an error
-    # of a macro that is defined twice.
+    # The first warns in every file, which must not be an error. A macro defined twice is one.
     cmake(scratch, scratch / "b", "-DCMAKE_CXX_FLAGS=-Wnamespaces -pedantic-errors")
     run(scratch / "b" / "examples" / "whole_report", scratch / "r.txt")
     check_report((scratch / "r.txt").read_bytes())
@@ -144,10 +143,10 @@ def without_cmake(scratch):
 
 
 def python_example(scratch):
-    example = sys.executable, SOURCE / "examples" / "report.py"
-    for name in "r.txt", "":
-        shown = run(*example, name, PRODUCT / "libQBSUPPORT.so", cwd=scratch)
-        check_report(shown or (scratch / name).read_bytes())
+    shutil.copytree(SOURCE / "examples", scratch / "examples")
+    (scratch / "bin").mkdir()
+    shutil.copy(PRODUCT / "libQBSUPPORT.so", scratch / "bin" / "QBSUPPORT.dll")
+    check_saved_and_shown(scratch, sys.executable, "examples/report.py")
 
 
 def mono_examples(scratch):

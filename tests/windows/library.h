@@ -6,7 +6,6 @@
 
 #include <iostream>
 #include <string>
-#include <type_traits>
 
 #include "qbsupport/sections.hpp"
 
