@@ -35,9 +35,9 @@ void ShowProgress(std::size_t step, std::size_t count, const char* name) {
 // Names the sections that are missing. True if the user asked for none of them.
 bool SayFailed(const std::vector<qbsupport::FailedSection>& failed, const Options& options) {
     const std::vector<int>& named = options.namedKinds;
-    return std::count_if(failed.begin(), failed.end(), [&named](const auto& section) {
+    return std::ranges::count_if(failed, [&named](const auto& section) {
                Say(FailureText(section));
-               return std::count(named.begin(), named.end(), section.section.kind) != 0;
+               return std::ranges::count(named, section.section.kind) != 0;
            }) == 0;
 }
 
@@ -51,7 +51,7 @@ bool IsPrinted(const std::string& problem) {
 
 // Saves the report in the first of the files that can be written.
 bool Save(const std::string& report, const std::vector<std::wstring>& files) {
-    return std::any_of(files.begin(), files.end(), [&report](const std::wstring& file) {
+    return std::ranges::any_of(files, [&report](const std::wstring& file) {
         const std::string problem = SaveReport(report, file);
         const std::string name = Narrow(CP_UTF8, FullPath(file));
         Say(problem.empty() ? "report saved in " + name

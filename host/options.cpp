@@ -34,7 +34,7 @@ struct ArgumentOption {
 
 std::string NoteOn(const SectionKind& section, const std::vector<ArgumentOption>& options) {
     for (const auto& [option, kinds] : options) {
-        if (std::count(kinds.begin(), kinds.end(), section.kind) != 0) {
+        if (std::ranges::count(kinds, section.kind) != 0) {
             const auto policy = option->get_multi_option_policy();
             return option->get_name() + ' ' + option->get_type_name() +
                    (policy == CLI::MultiOptionPolicy::TakeAll ? ", repeatable" : "");
@@ -115,7 +115,7 @@ void AddOptions(CLI::App& app, Options& options) {
 
 std::string Parse(CLI::App& app, std::vector<std::string> arguments, std::string& text) {
     // CLI11 takes them from the end.
-    std::reverse(arguments.begin(), arguments.end());
+    std::ranges::reverse(arguments);
     try {
         app.parse(std::move(arguments));
     } catch (const CLI::CallForHelp&) {

@@ -10,18 +10,17 @@
 namespace {
 
 struct CloseFile {
-    using pointer = HANDLE;
     void operator()(HANDLE file) const { CloseHandle(file); }
 };
 
-using File = std::unique_ptr<HANDLE, CloseFile>;
+using File = std::unique_ptr<void, CloseFile>;
 
 // A name of another length, such as one for a directory, must fit behind the path as well.
 constexpr std::size_t kLongPath = MAX_PATH - 12;
 
 // The path in the form in which Windows takes it whatever its length.
 std::wstring SystemPath(const std::wstring& path) {
-    const std::wstring full = FullPath(path);
+    std::wstring full = FullPath(path);
     if (full.size() < kLongPath || full.starts_with(LR"(\\?)") || full.starts_with(LR"(\\.)")) {
         return full;
     }

@@ -32,10 +32,8 @@ std::string Utf8Of(const std::string& ansi) {
 std::string WithCrLf(const std::string& text) {
     std::string result;
     for (const char character : text) {
-        if (character == '\n' && !result.ends_with('\r')) {
-            result += '\r';
-        }
-        result += character;
+        const bool isLone = character == '\n' && !result.ends_with('\r');
+        result += isLone ? "\r\n" : std::string(1, character);
     }
     return result;
 }

@@ -123,11 +123,8 @@ void ShowResult(const Result& result) {
     savedText = result.report;
     status = result.status;
     ShowStatus(status);
-    // The row may be too short for why there is no report.
-    displayedText = savedText.empty()
-                        ? Widen(CP_UTF8, status)
-                        // Its line ends are of two kinds, of which the control knows one.
-                        : Widen(CP_ACP, WithCrLf(savedText));
+    // The row may be too short for why there is no report. The control knows one kind of line end.
+    displayedText = savedText.empty() ? Widen(CP_UTF8, status) : Widen(CP_ACP, WithCrLf(savedText));
     SetWindowTextW(Control(WINDOW_TEXT), displayedText.c_str());
     EnableWindow(Control(WINDOW_SAVE), !savedText.empty());
     EnableWindow(Control(WINDOW_COPY), TRUE);

@@ -82,8 +82,7 @@ class CommandLine(unittest.TestCase):
                          rb"'module' \(17\) left out: its line on user32.dll")
 
     def test_full_output(self):
-        with open("/dev/full", "wb") as output:
-            result = run(stdout=output)
+        result = run(stdout=open("/dev/full", "wb"))
         self.assertEqual(result.returncode, 1)
         self.assertIn(b"cannot write to standard output", result.stderr)
 
