@@ -13,7 +13,8 @@ import zipfile
 
 PROJECT = pathlib.Path(__file__).resolve().parent.parent
 # For those who have only the archive.
-PAGES = ("package.md", "hosting.md", "qbreport.md", "qbreportw.png", "report.md")
+PAGES = ("PACKAGE.md", "CHANGELOG.md", "LICENSE", "docs/hosting.md", "docs/qbreport.md",
+         "docs/qbreportw.png", "docs/report.md")
 
 
 def files_below(folder, prefix=""):
@@ -24,9 +25,7 @@ def files_below(folder, prefix=""):
 
 def archive_files(stage):
     files = {**files_below(stage), **files_below(PROJECT / "examples", "examples/")}
-    files.update({f"docs/{page}": PROJECT / "docs" / page for page in PAGES})
-    files.update({page: PROJECT / page for page in ("CHANGELOG.md", "LICENSE") if (PROJECT / page).exists()})
-    return files
+    return {**files, **{page: PROJECT / page for page in PAGES if (PROJECT / page).exists()}}
 
 
 def write_archive(archive_name, files):

@@ -215,7 +215,7 @@ def archive(scratch):
     shutil.unpack_archive(second, scratch / "unpacked")
     (unpacked,) = (scratch / "unpacked").iterdir()
     found = sorted(path.name for path in unpacked.iterdir())
-    assert found == ["CHANGELOG.md", "bin", "docs", "examples", "include", "lib"], found
+    assert found == ["CHANGELOG.md", "PACKAGE.md", "bin", "docs", "examples", "include", "lib"], found
     links(scratch, unpacked)
 
 
