@@ -66,7 +66,7 @@ DWORD WINAPI ComposeOnThread(void* context) {
     std::unique_ptr<Result> result(static_cast<Result*>(context));
     try {
         Compose(*result);
-    } catch (const std::exception&) {  // as the status says from the start
+    } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): the status says so already
     }
     if (PostMessageW(window, kDoneMessage, 0, reinterpret_cast<LPARAM>(result.get()))) {
         static_cast<void>(result.release());
@@ -175,9 +175,9 @@ void Save() {
                           : ShowFailure("Cannot open Save As: common dialog error " +
                                         std::to_string(error));
     }
-    const std::wstring target = path.c_str();
-    const std::string name = Narrow(CP_UTF8, FullPath(target));
-    const std::string problem = SaveReport(savedText, target);
+    path.resize(path.find(L'\0'));
+    const std::string name = Narrow(CP_UTF8, FullPath(path));
+    const std::string problem = SaveReport(savedText, path);
     if (!problem.empty()) {
         return ShowFailure("Cannot save the report in " + name + ": " + problem);
     }
@@ -322,8 +322,8 @@ INT_PTR CALLBACK Receive(HWND receiver, UINT message, WPARAM wParam, LPARAM lPar
 
 }  // namespace
 
-int WINAPI wWinMain(HINSTANCE program, HINSTANCE /*before*/, wchar_t* /*arguments*/,
-                    int showCommand) {
+int WINAPI wWinMain(HINSTANCE hInstance, HINSTANCE /*hPrevInstance*/, wchar_t* /*lpCmdLine*/,
+                    int nShowCmd) {
     PrepareProcess();
     // For the same reason: windows ask for them.
     for (const wchar_t* const name : {L"dwmapi.dll", L"msimg32.dll", L"ole32.dll"}) {
@@ -335,12 +335,12 @@ int WINAPI wWinMain(HINSTANCE program, HINSTANCE /*before*/, wchar_t* /*argument
         initialize(&controls);
     }
     findMessage = RegisterWindowMessageW(FINDMSGSTRINGW);
-    const HACCEL keys = LoadAcceleratorsW(program, MAKEINTRESOURCEW(WINDOW_KEYS));
-    if (CreateDialogParamW(program, MAKEINTRESOURCEW(WINDOW_DIALOG), nullptr, Receive, 0) ==
+    const HACCEL keys = LoadAcceleratorsW(hInstance, MAKEINTRESOURCEW(WINDOW_KEYS));
+    if (CreateDialogParamW(hInstance, MAKEINTRESOURCEW(WINDOW_DIALOG), nullptr, Receive, 0) ==
         nullptr) {
         return 1;
     }
-    ShowWindow(window, showCommand);
+    ShowWindow(window, nShowCmd);
     MSG message = {};
     while (GetMessageW(&message, nullptr, 0, 0) > 0) {
         if (!IsDialogMessageW(findDialog, &message) &&
