@@ -2,126 +2,91 @@
 #include <fstream>
 #include <iterator>
 #include <regex>
-#include <set>
 
 #include "bench/bench.h"
 #include "stand_in/calls.h"
 #include "support.h"
 
+using namespace qb_support::bench;
 using qbsupport::SectionKind;
 
 namespace {
 
-std::string ReadSources(const std::vector<std::string>& files) {
-    std::string text;
-    for (const std::string& file : files) {
-        std::ifstream stream(QBSUPPORT_SOURCE_DIR "/" + file);
-        text.append(std::istreambuf_iterator<char>(stream), {});
-    }
-    return text;
+std::string ReadSource(const std::string& file) {
+    std::ifstream stream(QBSUPPORT_SOURCE_DIR "/" + file);
+    return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-class SectionsTest : public DescribedMachineTest {
-protected:
-    // The kinds that the header's comments list where the pattern has its group: "1, 4 and 18" or
-    // "5 to 7".
-    [[nodiscard]] std::set<int> KindsInHeader(const std::string& pattern) const {
-        std::smatch list;
-        EXPECT_TRUE(std::regex_search(m_header, list, std::regex(pattern))) << pattern;
-        std::set<int> kinds;
-        const std::string text = list[1];
-        const std::regex number("(\\d+)(?: to (\\d+))?");
-        for (std::sregex_iterator i(text.begin(), text.end(), number), end; i != end; ++i) {
-            const int last = std::stoi((*i)[(*i)[2].matched ? 2 : 1]);
-            for (int kind = std::stoi((*i)[1]); kind <= last; ++kind) {
-                kinds.insert(kind);
-            }
-        }
-        return kinds;
-    }
-
-    const std::string m_header =
-        std::regex_replace(ReadSources({"include/qbsupport/qbsupport.h"}), std::regex("\\s+"), " ");
-};
+using SectionsTest = DescribedMachineTest;
 
 TEST_F(SectionsTest, HaveTextsPagesAndFloors) {
-    const std::string tests =
-        ReadSources({"tests/core_test.cpp", "tests/machine_test.cpp", "tests/os_test.cpp"});
-    const std::string hosting = ReadSources({"docs/hosting.md"});
-    const std::string example = ReadSources({"examples/whole_report.c"});
-    const std::string reading = ReadSources({"docs/report.md"});
+    const std::string header = ReadSource("include/qbsupport/qbsupport.h");
+    const std::string tests = ReadSource("tests/core_test.cpp") +
+                              ReadSource("tests/machine_test.cpp") +
+                              ReadSource("tests/os_test.cpp");
+    const std::string hosting = ReadSource("docs/hosting.md");
+    const std::string reading = ReadSource("docs/report.md");
     std::size_t kinds = 0;
     const std::regex enumerator("(QbSupport(?!Flag)\\w+) = (\\d+)");
-    for (std::sregex_iterator i(m_header.begin(), m_header.end(), enumerator), end; i != end; ++i) {
+    for (std::sregex_iterator i(header.begin(), header.end(), enumerator), end; i != end; ++i) {
         const std::string name = (*i)[1];
         SCOPED_TRACE(name);
         const SectionKind section = qbsupport::SectionKindOf(std::stoi((*i)[2]));
         ++kinds;
         EXPECT_STRNE(section.name, "") << "has no row in sections.hpp";
+        const std::string text = GetInfo(section.kind, QbSupportFlagHeadings).value_or("");
+        EXPECT_EQ(text.empty(), !qbsupport::IsInWholeReport(section)) << "is it in dispatcher.cpp?";
         if (!qbsupport::IsInWholeReport(section)) {
             continue;
         }
-        const std::string text = GetInfo(section.kind, QbSupportFlagHeadings).value_or("nothing");
-        EXPECT_NE(text, "nothing") << "fails: has it a case in dispatcher.cpp?";
         EXPECT_NE(tests.find("GetInfo(" + name + ", 7"), std::string::npos)
             << "has no whole section in the tests";
-        EXPECT_TRUE(GetInfo(section.kind, 0) == "" ||  // heading only
-                    example.find('{' + name + ',') != std::string::npos)
-            << "is not in examples/whole_report.c";
         const std::string row = "\n| " + std::to_string(section.kind) + " |";
         EXPECT_NE(hosting.find(row), std::string::npos) << "has no row in the table of kinds";
         std::smatch title;
         const bool hasTitle = std::regex_search(text, title, std::regex("^([^\r:]*):?\r\n--"));
         const std::string chapter = hasTitle ? title.str(1) : section.name;
-        EXPECT_TRUE(section.continues != 0 ||
-                    std::regex_search(
-                        reading, std::regex("\n## [^\n]*\\b" + chapter + "\\b", std::regex::icase)))
+        const std::regex heading("\n## [^\n]*\\b" + chapter + "\\b", std::regex::icase);
+        EXPECT_TRUE(section.continues != 0 || std::regex_search(reading, heading))
             << "has no chapter in report.md: " << chapter;
-        EXPECT_EQ(std::ranges::count(qb_support::bench::kFloors, section.kind,
-                                     &qb_support::bench::Floor::kind),
-                  1)
-            << "has no floor";
+        EXPECT_EQ(std::ranges::count(kFloors, section.kind, &Floor::kind), 1) << "has no floor";
     }
-    EXPECT_EQ(kinds, std::size_t{kLastKind}) << "rows of sections.hpp that are not in the header";
+    EXPECT_EQ(kinds, std::size_t{kLastKind}) << "the header has fewer kinds than sections.hpp";
 }
 
-TEST_F(SectionsTest, FollowTheHeadersRuleAboutFlags) {
-    const auto noHeading = KindsInHeader("title. No effect on the kinds ([^*]*)");
-    const auto noSeparator = KindsInHeader("line, [^*]* No effect on the kinds ([^.]*)");
-    const auto two = KindsInHeader("two for the kinds ([^.]*)");
-    const auto oneAlways = KindsInHeader("The kinds ([^.]*) end with one even");
-    const auto noIndent = KindsInHeader("spaces. No effect on the kinds ([^*]*)");
-    for (const SectionKind& section : qbsupport::kSectionKinds) {
-        const int kind = section.kind;
+// Other tests show what a section is with all flags.
+TEST_F(SectionsTest, EachFlagAddsItsOwnPart) {
+    for (int kind = 1; kind <= kLastKind; ++kind) {
         SCOPED_TRACE(kind);
-        if (!qbsupport::IsInWholeReport(section)) {
-            EXPECT_EQ(GetInfo(kind, 7), std::nullopt);
-            continue;
-        }
-        const std::string bare = GetInfo(kind, 0).value_or("nothing");
-        const std::regex heading(noHeading.contains(kind) ? "" : "[^\r]+\r\n-+\r\n");
-        const std::string headed = GetInfo(kind, QbSupportFlagHeadings).value_or("");
-        EXPECT_TRUE(headed.ends_with(bare));
-        EXPECT_TRUE(std::regex_match(headed.substr(0, headed.size() - bare.size()), heading));
-        const std::string separated = GetInfo(kind, QbSupportFlagSeparator).value_or("");
-        const bool bothAdded = two.contains(kind) && !oneAlways.contains(kind);
-        EXPECT_EQ(separated,
-                  bare + (bothAdded ? "\n" : "") + (noSeparator.contains(kind) ? "" : "\r\n"));
-        EXPECT_EQ(noSeparator.contains(kind), !qbsupport::HasSeparator(kind));
-        EXPECT_EQ(std::regex_search(separated, std::regex("\n(\r?\n){2}$")), two.contains(kind));
-        EXPECT_EQ(GetInfo(kind, QbSupportFlagIndent) == bare, noIndent.contains(kind));
+        const auto text = [&](unsigned flags) { return GetInfo(kind, flags, "").value_or(""); };
+        const auto unindented = [](const std::string& lines) {
+            return std::regex_replace(lines, std::regex("(^|\n) +"), "$1");
+        };
+        const std::string bare = text(0);
+        const std::string indented = text(QbSupportFlagIndent);
+        const std::string headed = text(QbSupportFlagHeadings);
+        const std::string separated = text(QbSupportFlagSeparator);
+        ASSERT_TRUE(headed.ends_with(bare) && separated.starts_with(bare));
+        const std::string heading = headed.substr(0, headed.size() - bare.size());
+        const std::string separator = separated.substr(bare.size());
+        EXPECT_TRUE(std::regex_match(heading, std::regex("([^\r]+\r\n-+\r\n)?"))) << heading;
+        EXPECT_TRUE(std::regex_match(separator, std::regex("\n?(\r\n)?"))) << separator;
+        EXPECT_EQ(unindented(indented), unindented(bare));
+        EXPECT_EQ(text(7), heading + indented + separator);
+        EXPECT_EQ(GetInfo(kind, 0xFFFFFFF8).value_or(""), bare) << "without an argument";
     }
 }
 
 // A section's time is compared with its floor, which must therefore make the same platform calls.
-TEST_F(SectionsTest, FloorsMakeTheSamePlatformCalls) {
+TEST_F(SectionsTest, MakeTheFloorsCallsAndFewAllocations) {
     std::vector<std::string_view> calls;
     stand_in::beforeCall = [&](std::string_view name, std::uint64_t) { calls.push_back(name); };
-    for (const auto& [kind, makePlatformCalls, argument] : qb_support::bench::kFloors) {
-        GetInfo(kind, 7, argument);
+    for (const auto& [kind, makePlatformCalls, argument] : kFloors) {
+        SCOPED_TRACE(kind);
+        EXPECT_LE(CallAlone({kind, 7, argument}).allocations, kind == QbSupportModules ? 10U : 2U);
         const auto expected = std::exchange(calls, {});
         makePlatformCalls(argument);
-        EXPECT_EQ(std::exchange(calls, {}), expected) << "by kind " << kind;
+        EXPECT_EQ(std::exchange(calls, {}), expected);
     }
     stand_in::beforeCall = nullptr;
 }
@@ -129,26 +94,30 @@ TEST_F(SectionsTest, FloorsMakeTheSamePlatformCalls) {
 // A line of a long list must cost as much as a line of a short list. The limit is twice as much, as
 // sanitizers and other programs disturb the times. Growth that is not linear gives a large
 // multiple.
-TEST_F(SectionsTest, ListsGrowLinearly) {
+TEST_F(SectionsTest, LongListsAreCompleteAndGrowLinearly) {
     stand_in::Machine longLists;
     for (stand_in::Machine* const machine : {&m_machine, &longLists}) {
         const std::size_t lines = machine == &longLists ? 10000 : 100;
+        machine->processes.insert(machine->processes.begin(), lines, {1, "other.exe"});
         machine->processes.back().modules.resize(lines, {"ntdll.dll", "C:\\ntdll.dll"});
         machine->monitors.resize(lines, machine->monitors.front());
     }
-    for (const int kind : {QbSupportModules, QbSupportDisplay}) {
+    for (const auto& [kind, lines] : {std::pair(16, 10001), std::pair(20, 10007)}) {
+        const Request request{kind, 0, "viewer.exe"};
+        CallOutcome outcome;
         const auto longList = [&] {
             std::swap(m_machine, longLists);
-            EXPECT_LE(CallAlone({kind, 7, nullptr}).allocations, 40U) << "by kind " << kind;
+            outcome = CallAlone(request);
             std::swap(m_machine, longLists);
         };
         const auto shortLists = [&] {
             for (int i = 0; i < 100; ++i) {
-                CallAlone({kind, 7, nullptr});
+                CallAlone(request);
             }
         };
-        EXPECT_LE(qb_support::bench::MedianRatio(0.2, longList, shortLists), 2)
-            << "by kind " << kind;
+        EXPECT_LE(MedianRatio(0.2, longList, shortLists), 2) << kind;
+        EXPECT_LE(outcome.allocations, 40U) << kind;
+        EXPECT_EQ(std::ranges::count(outcome.text.value_or(""), '\n'), lines) << kind;
     }
 }
 
