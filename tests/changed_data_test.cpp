@@ -3,6 +3,7 @@
 #include <climits>
 #include <functional>
 
+#include "os/registry_values.h"
 #include "stand_in/calls.h"
 #include "support.h"
 
@@ -30,6 +31,12 @@ Change Set(Field Machine::* field, std::type_identity_t<Field> value) {
 
 Change Locale(LCTYPE type, const std::string& value) {
     return [=](Machine& machine) { machine.locale[type] = value; };
+}
+
+Change Registry(const std::string& name, const stand_in::RegistryValue& value) {
+    return [=](Machine& machine) {
+        machine.localMachine[qb_support::kCurrentVersionKey].values[name] = value;
+    };
 }
 
 Change Modules(const std::string& name, const std::string& path) {
@@ -77,6 +84,15 @@ std::vector<Row> Rows() {
     const std::string megabyte(1 << 20, '\\');
     const std::string noSnapshot = "Snapshot (of modules) failed with error ";
     return {
+        {3, Registry("EditionID", {REG_SZ, x(254) + '\0'}), "[Edition ID: " + x(254) + "]\n"},
+        {3, Registry("EditionID", {REG_SZ, x(255) + '\0'}), "[Edition ID: ]\n"},
+        {3, Registry("EditionID", {REG_SZ, x(255)}), "[Edition ID: " + x(255) + "]\n"},
+        {3, Registry("EditionID", {REG_SZ, std::string("a\0b", 3)}), "[Edition ID: a]\n"},
+        {3, Registry("EditionID", {REG_EXPAND_SZ, "text"}), "[Edition ID: ]\n"},
+        {3, Registry("UBR", stand_in::RegistryNumber(0x87654321)), "[21H2 -- 19044.2271560481]\n"},
+        {3, Registry("UBR", {REG_DWORD, "ab"}), "[21H2 -- 19044.25185]\n"},
+        {3, Registry("UBR", {REG_DWORD, "12345678"}), "[21H2]\n"},
+        {3, Registry("UBR", {REG_BINARY, "abcd"}), "[21H2]\n"},
         {5, Set(&Machine::userNames, {{2, x(1024)}, {3, x(1023)}}),
          "[ERROR]\nUser display name: [" + x(1023) + "]\n"},
         {6, Set(&Machine::languageName, x(1024)), "language:      \n"},
