@@ -52,15 +52,11 @@ stand_in::Machine ConsumeMachine(FuzzedDataProvider& input) {
     stand_in::Process& process = machine.processes.back();
     process.snapshotError = input.ConsumeBool() ? 0 : upTo(30);
     process.modules.resize(upTo(std::size_t{4}));
-    std::vector<std::string*> texts = {&machine.systemDirectory,
-                                       &machine.windowsDirectory,
-                                       &machine.tempDirectory,
-                                       &machine.executablePath,
-                                       &machine.currentDirectory,
-                                       &machine.languageName,
-                                       &machine.runtimeLocale[LC_ALL],
-                                       &machine.environment["HOME"],
-                                       &machine.messages[ERROR_NOT_ENOUGH_MEMORY]};
+    std::vector<std::string*> texts = {
+        &machine.systemDirectory,       &machine.windowsDirectory,   &machine.tempDirectory,
+        &machine.executablePath,        &machine.currentDirectory,   &machine.languageName,
+        &machine.runtimeLocale[LC_ALL], &machine.environment["HOME"]};
+    texts.push_back(&machine.messages[ERROR_NOT_ENOUGH_MEMORY]);
     for (auto& [type, value] : machine.locale) {
         texts.push_back(&value);
     }
