@@ -22,7 +22,7 @@ void Say(const std::string& message) {
     static_cast<void>(PrintText(STD_ERROR_HANDLE, "qbreport: " + message + '\n'));
 }
 
-// One line in place of the one before.
+// Replaces the line that was shown before.
 void ShowLine(std::string line) {
     line.resize(40, ' ');
     static_cast<void>(PrintText(STD_ERROR_HANDLE, '\r' + line + '\r'));
@@ -62,7 +62,7 @@ bool Save(const std::string& report, const std::vector<std::wstring>& files) {
 
 ExitStatus WriteReport(const Options& options, bool toNewFile) {
     const bool toFile = toNewFile || !options.outputFile.empty();
-    // Progress would disturb a report that goes to the same screen.
+    // Progress would disturb a report on the same screen.
     const bool showsProgress = IsConsole(GetStdHandle(STD_ERROR_HANDLE)) &&
                                (toFile || !IsConsole(GetStdHandle(STD_OUTPUT_HANDLE)));
     qbsupport::ReportOptions reportOptions = options.report;

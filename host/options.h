@@ -8,12 +8,12 @@
 #include "qbsupport/qbsupport.hpp"
 
 struct Options {
-    /// What to print in place of a report: help and the like. Empty for a report.
+    /// What to print instead of a report, such as help. Empty if a report is wanted.
     std::string text;
     /// Where the report goes. Empty for standard output.
     std::string outputFile;
     qbsupport::ReportOptions report;
-    /// The kinds that the user named, or named an argument of.
+    /// The kinds that the user named, directly or by an option for their argument.
     std::vector<int> namedKinds;
 };
 

@@ -15,10 +15,10 @@ struct CloseFile {
 
 using File = std::unique_ptr<void, CloseFile>;
 
-// A name of another length, such as one for a directory, must fit behind the path as well.
+// Windows keeps 12 characters in reserve for an 8.3 name.
 constexpr std::size_t kLongPath = MAX_PATH - 12;
 
-// The path in the form in which Windows takes it whatever its length.
+// The path in the form that has no limit of length in Windows.
 std::wstring SystemPath(const std::wstring& path) {
     std::wstring full = FullPath(path);
     if (full.size() < kLongPath || full.starts_with(LR"(\\?)") || full.starts_with(LR"(\\.)")) {
@@ -27,14 +27,14 @@ std::wstring SystemPath(const std::wstring& path) {
     return full[0] == L'\\' ? LR"(\\?\UNC)" + full.substr(1) : LR"(\\?\)" + full;
 }
 
-// Null with the last error set on failure.
+// Returns null and sets the last error if the file cannot be opened.
 File Open(const std::wstring& path, DWORD share, DWORD disposition) {
     const HANDLE file = CreateFileW(SystemPath(path).c_str(), GENERIC_WRITE, share, nullptr,
                                     disposition, FILE_ATTRIBUTE_NORMAL, nullptr);
     return File(file != INVALID_HANDLE_VALUE ? file : nullptr);
 }
 
-// `write` is WriteFile or WriteConsoleW, which may take less than all at once.
+// `write` is WriteFile or WriteConsoleW, which may write only a part at once.
 template <typename Text, typename Write>
 bool WriteAll(HANDLE handle, Text text, Write write) {
     constexpr std::size_t kMostAtOnce = 8192;  // older consoles take no more than 64 KB
@@ -50,7 +50,7 @@ bool WriteAll(HANDLE handle, Text text, Write write) {
     return true;
 }
 
-// Writes the characters to a console, the bytes to anything else.
+// Writes the characters to a console, and the bytes to anything else.
 bool Write(HANDLE handle, const std::wstring& characters, const std::string& bytes) {
     return IsConsole(handle) ? WriteAll(handle, std::wstring_view(characters), WriteConsoleW)
                              : WriteAll(handle, std::string_view(bytes), WriteFile);
@@ -60,8 +60,8 @@ bool WriteReport(HANDLE handle, const std::string& report) {
     return Write(handle, Widen(CP_ACP, report), report);
 }
 
-// Creates a file that did not exist before, beside the target, and gives its path. Its name owes
-// nothing to the target's, which may be as long as names can be.
+// Creates a new file beside the target, and sets `path` to its path. Its name does not contain the
+// target's name, which may have the greatest length already.
 File CreateTemporaryFile(const std::wstring& target, std::wstring& path) {
     constexpr int kMostTries = 100;
     const std::wstring directory = target.substr(0, target.find_last_of(L'\\') + 1);
@@ -88,7 +88,7 @@ std::string RenameOver(const std::wstring& from, const std::wstring& to) {
         if (error != ERROR_ACCESS_DENIED && error != ERROR_SHARING_VIOLATION) {
             return ErrorText(error);
         }
-        // Virus scanners and indexers look into a new file at once, but not for long.
+        // Virus scanners and indexers open a new file at once, but only for a short time.
         Sleep(kPause);
     }
     return "it is write-protected, in use or a directory";
@@ -129,7 +129,7 @@ std::string PrintReport(const std::string& report) {
 }
 
 std::string SaveReport(const std::string& report, const std::wstring& path) {
-    // Once and with the access that the report needs: a pipe may have a single instance.
+    // This opens a pipe only once, because it may have a single instance.
     File file = Open(path, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, OPEN_EXISTING);
     if (file != nullptr && GetFileType(file.get()) != FILE_TYPE_DISK) {
         return WriteReport(file.get(), report) ? "" : ErrorText(GetLastError());

@@ -2,22 +2,22 @@
 
 void PrepareProcess() {
     SetErrorMode(GetErrorMode() | SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
-    // Known from Windows 10 1607 on.
+    // Windows has this policy from Windows 10 1607 on.
     if (const auto setPolicy = SystemFunction<decltype(&SetProcessMitigationPolicy)>(
             L"kernel32.dll", "SetProcessMitigationPolicy")) {
         PROCESS_MITIGATION_IMAGE_LOAD_POLICY policy = {};
         policy.PreferSystem32Images = 1;
         setPolicy(ProcessImageLoadPolicy, &policy, sizeof(policy));
     }
-    // Some systems ask for these by name alone, for the theme and the user's display name. Where
-    // the policy is not known they get what is loaded already.
+    // Some systems load these by name alone, for the theme and the user's display name. If the
+    // policy does not exist, they then get the libraries that are loaded already.
     for (const wchar_t* const name : {L"imm32.dll", L"uxtheme.dll", L"netapi32.dll"}) {
         LoadSystemLibrary(name);
     }
 }
 
 void LoadFromWindowsOnly() {
-    // Windows 7 may lack the update that brought it.
+    // Windows 7 may lack the update that brought this function.
     if (const auto setDirectories = SystemFunction<decltype(&SetDefaultDllDirectories)>(
             L"kernel32.dll", "SetDefaultDllDirectories")) {
         setDirectories(LOAD_LIBRARY_SEARCH_SYSTEM32);

@@ -1,4 +1,4 @@
-// What the programs ask of Windows as processes.
+// Settings and facts of the program's own process.
 #ifndef QBREPORT_PLATFORM_H
 #define QBREPORT_PLATFORM_H
 
@@ -6,34 +6,34 @@
 
 #include <string>
 
-/// To be called before anything else. Windows then prefers its own libraries to files of the same
+/// Call this before anything else. Windows then prefers its own libraries to files of the same
 /// name beside the program, and opens no dialog about a missing disk.
 void PrepareProcess();
 
-/// From here on a library that is asked for by name alone comes from Windows' own directory or not
-/// at all. The library looks the versions of modules up in the same way, so a report must be
-/// complete before.
+/// Limits the search for libraries that are loaded by name alone to Windows' own directory. The
+/// limit also holds when QBSUPPORT.dll looks for the versions of modules, so call this only after
+/// the report is complete.
 void LoadFromWindowsOnly();
 
-/// Loads one of Windows' own libraries from Windows' own directory, for good. Null on failure.
+/// Loads one of Windows' own libraries from Windows' own directory for good. Null if that fails.
 HMODULE LoadSystemLibrary(const wchar_t* name);
 
 /// A function of one of Windows' own libraries; null if there is none.
 template <typename Function>
 Function SystemFunction(const wchar_t* library, const char* name) {
     const FARPROC function = GetProcAddress(LoadSystemLibrary(library), name);
-    // By way of a third type, because compilers warn about a direct cast.
+    // Through a third type, because compilers warn about a direct cast.
     return reinterpret_cast<Function>(reinterpret_cast<void (*)()>(function));
 }
 
 /// The directory of this program's file, with its last backslash.
 std::wstring ProgramDirectory();
 
-/// Whether the program has a console, and no other program shares it.
+/// Whether the program has a console that no other program shares.
 bool OwnsConsole();
 
-/// Whether a user can see what this session shows. The consoles of some scheduled tasks and
-/// services wait for a key for ever.
+/// Whether a user can see this session. If not, as in some scheduled tasks and services, nobody can
+/// press a key in the console.
 bool IsSessionVisible();
 
 #endif

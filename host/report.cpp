@@ -12,7 +12,7 @@
 
 namespace {
 
-// The same options with their texts as the library takes them.
+// The same options with their texts in the library's code page.
 qbsupport::ReportOptions ForLibrary(qbsupport::ReportOptions options) {
     for (std::string* const text : {&options.appDirectory, &options.userKey, &options.userAppKey,
                                     &options.machineAppKey, &options.process}) {
@@ -38,7 +38,7 @@ qbsupport::ReportOptions DefaultReportOptions() {
     options.appDirectory = Narrow(CP_UTF8, directory);
     options.userAppKey = "Software\\Quenbar";
     options.machineAppKey = options.userAppKey;
-    // They tell about the computer and hold nothing that a user might not want to send.
+    // These describe the computer and contain nothing that a user might not want to send.
     options.variables = {"OS", "PROCESSOR_ARCHITECTURE", "NUMBER_OF_PROCESSORS"};
     options.modules = {"kernel32.dll", "user32.dll", "QBSUPPORT.dll"};
     return options;
@@ -46,13 +46,13 @@ qbsupport::ReportOptions DefaultReportOptions() {
 
 qbsupport::Report ComposeReport(qbsupport::ReportOptions options, std::string& problem) {
     const std::wstring directory = ProgramDirectory();
-    // In wide characters, because the directory's name need not exist in the ANSI code page.
+    // In wide characters, because the ANSI code page may lack characters of the path.
     const std::wstring file = directory + Widen(CP_UTF8, qbsupport::kLibraryFileName);
     const qbsupport::Library library(file.c_str());
     if (!library.IsLoaded()) {
         problem = Utf8Of(library.Error());
         if (GetFileAttributesW(file.c_str()) == INVALID_FILE_ATTRIBUTES) {
-            // So it is if the user starts the program inside the archive.
+            // This happens if the user starts the program inside the archive.
             problem = "QBSUPPORT.dll does not lie beside this program, in " +
                       Narrow(CP_UTF8, directory) +
                       "; unpack the whole archive first, then start the program from there";

@@ -1,4 +1,4 @@
-// What both programs make of the library: the report that they write unless told otherwise.
+// The report of both programs, and the library that composes it.
 #ifndef QBREPORT_REPORT_H
 #define QBREPORT_REPORT_H
 
@@ -7,18 +7,19 @@
 
 #include "qbsupport/qbsupport.hpp"
 
-/// The report without any options given. Its texts are in UTF-8.
+/// The options if the user gives none. Their texts are in UTF-8.
 qbsupport::ReportOptions DefaultReportOptions();
 
-/// Composes a report, with options in UTF-8, by the library that lies beside this program and no
-/// other. `problem` says why there is none, or is empty. To be called once.
+/// Composes a report with the library beside this program. The options are in UTF-8. If there is no
+/// report, `problem` says why; otherwise it is empty. Call this only once.
 qbsupport::Report ComposeReport(qbsupport::ReportOptions options, std::string& problem);
 
-/// Says which section a report had to do without, and why.
+/// A message that names the missing section and says why it is missing.
 std::string FailureText(const qbsupport::FailedSection& failed);
 
-/// Where a new report goes if the user did not say, best first: among the user's documents, beside
-/// the program, among the temporary files. A directory that Windows does not tell is left out.
+/// The files to try for a new report if the user named none: first among the user's documents, then
+/// beside the program, then among the temporary files. Directories that Windows does not give are
+/// left out.
 std::vector<std::wstring> NewReportPaths();
 
 #endif

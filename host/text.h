@@ -1,4 +1,4 @@
-// Texts. The programs' own are in UTF-8, the library's in the ANSI code page, Windows' in UTF-16.
+// Texts: UTF-8 in the programs, the ANSI code page in the library, and UTF-16 in Windows.
 #ifndef QBREPORT_TEXT_H
 #define QBREPORT_TEXT_H
 
@@ -13,10 +13,10 @@ std::string Narrow(unsigned int codePage, const std::wstring& text);
 std::string AnsiOf(const std::string& utf8);
 std::string Utf8Of(const std::string& ansi);
 
-/// The text with each line end as CR LF, whichever it was.
+/// The text with each line end changed to CR LF.
 std::string WithCrLf(const std::string& text);
 
-/// What Windows says about an error code, as one line without a line end, in UTF-8.
+/// Windows' message for an error code, in UTF-8, as one line without a line end.
 std::string ErrorText(unsigned long error);
 
 #endif

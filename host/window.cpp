@@ -22,18 +22,18 @@ constexpr UINT kProgressMessage = WM_APP;    // the step, the number of steps
 constexpr UINT kDoneMessage = WM_APP + 1;    // a Result, which the receiver owns
 constexpr UINT kScaledMessage = WM_APP + 2;  // Windows has scaled the controls
 
-// What the worker thread hands over.
+// The result of the worker thread.
 struct Result {
-    std::string status = "No report: out of memory";  // or which sections the report has not
-    std::string report;                               // its own bytes; empty where there is none
+    std::string status = "No report: out of memory";  // or the missing sections
+    std::string report;                               // its own bytes; empty if there is none
 };
 
-// The program has one window. All else here is the user interface thread's alone.
+// The program has one window. Only the user interface thread uses the other variables.
 HWND window = nullptr;
 HFONT textFont = nullptr;
 std::string savedText;       // the report's own bytes
-std::wstring displayedText;  // the same as the text control has it
-std::string status;          // what the row says but for a search that fails
+std::wstring displayedText;  // the same as in the text control
+std::string status;          // what the row shows, except after a failed search
 HWND findDialog = nullptr;
 UINT findMessage = 0;
 wchar_t wantedText[128] = L"";
@@ -78,8 +78,8 @@ void ShowStatus(const std::string& text) {
     SetWindowTextW(Control(WINDOW_STATUS), Widen(CP_UTF8, text).c_str());
 }
 
-// As large as the buttons' font, which Windows scales where another screen has other dots per inch,
-// and a little more.
+// The font is a little larger than the buttons' font, which Windows scales for each screen's dots
+// per inch.
 void SetTextFont() {
     LOGFONTW font = {};
     const LRESULT buttonFont = SendMessageW(Control(IDCANCEL), WM_GETFONT, 0, 0);
@@ -98,7 +98,7 @@ SIZE ButtonSize() {
     return {button.right - button.left, button.bottom - button.top};
 }
 
-// The text above, a row with the status and the buttons below; all from the size of a button.
+// The text is above a row with the status and the buttons. All sizes depend on that of a button.
 void LayOut() {
     RECT area = {};
     GetClientRect(window, &area);
@@ -123,7 +123,7 @@ void ShowResult(const Result& result) {
     savedText = result.report;
     status = result.status;
     ShowStatus(status);
-    // The row may be too short for why there is no report. The control knows one kind of line end.
+    // The row may be too short for the reason. The text control needs CR LF at each line end.
     displayedText = savedText.empty() ? Widen(CP_UTF8, status) : Widen(CP_ACP, WithCrLf(savedText));
     SetWindowTextW(Control(WINDOW_TEXT), displayedText.c_str());
     EnableWindow(Control(WINDOW_SAVE), !savedText.empty());
@@ -150,7 +150,7 @@ void ShowFailure(const std::string& text) {
 
 void Save() {
     if (savedText.empty()) {
-        return;  // Ctrl+S comes without a text, too
+        return;  // Ctrl+S comes here even without a report
     }
     std::wstring path = NewReportPaths().front();
     path.resize(32768);
@@ -197,7 +197,7 @@ void Select(std::size_t start, std::size_t length) {
     SendMessageW(Control(WINDOW_TEXT), EM_SCROLLCARET, 0, 0);
 }
 
-// Without a selection it is the whole text, which then shows that it was copied.
+// Without a selection, copies the whole text and selects it, so that the user sees what was copied.
 void Copy(bool selectionOnly) {
     const auto [start, end] = Selection();
     if (!selectionOnly || start == end) {
@@ -228,9 +228,9 @@ void Find(bool down) {
     CharLowerBuffW(text.data(), static_cast<DWORD>(text.size()));
     CharLowerBuffW(wanted.data(), static_cast<DWORD>(wanted.size()));
     const auto [start, end] = Selection();
-    // One before the first character is the far end, from where it searches then.
+    // From the first character, the search backwards wraps around to the end.
     std::size_t found = down ? text.find(wanted, end) : text.rfind(wanted, std::size_t{start} - 1);
-    if (found == std::wstring::npos) {  // on from the other end
+    if (found == std::wstring::npos) {  // continue from the other end
         found = down ? text.find(wanted) : text.rfind(wanted);
     }
     if (found != std::wstring::npos) {
@@ -278,7 +278,7 @@ INT_PTR Handle(HWND receiver, UINT message, WPARAM wParam, LPARAM lParam) {
             Start();
             return TRUE;
         case WM_DPICHANGED:
-            // After the dialog's own answer to it, which scales the controls.
+            // After the dialog's own handler, which scales the controls.
             PostMessageW(window, kScaledMessage, 0, 0);
             return FALSE;
         case kScaledMessage:
@@ -325,7 +325,7 @@ INT_PTR CALLBACK Receive(HWND receiver, UINT message, WPARAM wParam, LPARAM lPar
 int WINAPI wWinMain(HINSTANCE hInstance, HINSTANCE /*hPrevInstance*/, wchar_t* /*lpCmdLine*/,
                     int nShowCmd) {
     PrepareProcess();
-    // For the same reason: windows ask for them.
+    // Windows' user interface loads these by name alone.
     for (const wchar_t* const name : {L"dwmapi.dll", L"msimg32.dll", L"ole32.dll"}) {
         LoadSystemLibrary(name);
     }

@@ -1,8 +1,8 @@
 // QBSUPPORT for C++17 hosts that find the library at run time.
 //
-// Includes <windows.h> as the host has set it up: it asks for no macro, and lives with all but
-// NONLS. Nothing here throws but std::bad_alloc and what the host's own progress function throws,
-// and no dialog ever opens.
+// Includes <windows.h> with the macros that the host has defined. All of them work except NONLS.
+// Nothing here throws except std::bad_alloc and what the host's own progress function throws. No
+// dialog opens.
 #ifndef QBSUPPORT_LOADER_HPP
 #define QBSUPPORT_LOADER_HPP
 
@@ -25,8 +25,8 @@ inline constexpr char kLibraryFileName[] = "QBSUPPORT.dll";
 
 namespace detail {
 
-/// While it lives, Windows reports a file that cannot be loaded, or a drive without a disk, to the
-/// calling thread's code and not in a dialog to the user.
+/// While this object exists, Windows opens no dialog about a file that cannot be loaded or a drive
+/// without a disk. Instead, the function that the thread calls fails.
 class NoErrorDialogs {
 public:
     NoErrorDialogs() noexcept : m_before(GetThreadErrorMode()) {
@@ -80,7 +80,7 @@ inline HMODULE LoadWithFlags(const std::wstring& name, DWORD flags, const std::w
                : handle;
 }
 
-/// Loads a library of Windows' own from Windows' own directory, whatever lies elsewhere. Null if
+/// Loads a library of Windows' own from Windows' own directory and from no other. Null if
 /// there is none.
 inline HMODULE LoadSystemLibrary(const std::wstring& name) {
     std::wstring path(MAX_PATH, L'\0');
@@ -93,7 +93,7 @@ inline HMODULE LoadModule(const std::wstring& fileName, std::string& error) {
     const NoErrorDialogs noDialogs;
     HMODULE handle = nullptr;
     if (IsFullPath(fileName)) {
-        // The library asks for these by name alone, and gets what is loaded already.
+        // The library loads these by name alone, and then gets those loaded here.
         for (const wchar_t* const name : {L"version.dll", L"Secur32.dll", L"psapi.dll"}) {
             LoadSystemLibrary(name);
         }
@@ -110,7 +110,7 @@ inline HMODULE LoadModule(const std::wstring& fileName, std::string& error) {
 
 template <typename Function>
 Function FindFunction(HMODULE handle, const char* name) noexcept {
-    // By way of a third type, because compilers warn about a direct cast.
+    // Through a third type, because compilers warn about a direct cast.
     return reinterpret_cast<Function>(reinterpret_cast<void (*)()>(GetProcAddress(handle, name)));
 }
 
@@ -147,8 +147,8 @@ class Library {
 public:
     /// Loads the library from the default file name, in the system's search order. A host that
     /// ships the library beside itself passes the full path instead, so that no other directory's
-    /// file can take its place; version.dll, Secur32.dll and psapi.dll, which it needs, are then
-    /// Windows' own, too, and stay in the process.
+    /// file can take its place. In that case version.dll, Secur32.dll and psapi.dll, which it
+    /// needs, also come from Windows' own directory, and stay in the process.
     Library() : Library(kLibraryFileName) {}
 
     /// Loads the library from `fileName` (in the ANSI code page). Does not throw if that fails:
@@ -160,15 +160,15 @@ public:
 
     [[nodiscard]] bool IsLoaded() const noexcept { return m_module != nullptr; }
 
-    /// Why the library is not loaded, as one line without a line end: the file is missing, is no
-    /// library that this process can load, or lacks one of the functions, which is named. Empty
-    /// when it is loaded.
+    /// Why the library is not loaded, as one line without a line end: the file is missing, this
+    /// process cannot load it, or it lacks one of the functions, which is named. Empty if the
+    /// library is loaded.
     [[nodiscard]] const std::string& Error() const noexcept { return m_error; }
 
     /// Builds one section without copying its text.
     ///
-    /// `kind`, `flags` and `argument` are those of QbSupportGetInfo. Null when the section failed
-    /// or the library is not loaded. The buffer must be gone before this object.
+    /// `kind`, `flags` and `argument` are those of QbSupportGetInfo. Null if the section failed
+    /// or the library is not loaded. Release the buffer before this object.
     [[nodiscard]] Buffer SectionBuffer(int kind, unsigned int flags = kAllFlags,
                                        const char* argument = nullptr) const {
         const detail::NoErrorDialogs noDialogs;
@@ -178,15 +178,15 @@ public:
 
     /// Builds one section and returns a copy of its text, which the caller keeps.
     ///
-    /// `kind`, `flags` and `argument` are those of QbSupportGetInfo; an argument ends at its first
-    /// NUL. Nothing when the section failed or the library is not loaded.
+    /// `kind`, `flags` and `argument` are those of QbSupportGetInfo. An argument ends at its first
+    /// NUL. Nothing if the section failed or the library is not loaded.
     [[nodiscard]] std::optional<std::string> Section(int kind, unsigned int flags = kAllFlags,
                                                      const std::string& argument = {}) const {
         return detail::TextOf(SectionBuffer(kind, flags, argument.c_str()));
     }
 
     /// Builds the whole report, or the chosen sections. Sections that fail are left out and named
-    /// in the result: all of them when the library is not loaded.
+    /// in the result. If the library is not loaded, these are all sections.
     [[nodiscard]] Report WholeReport(const ReportOptions& options = {}) const {
         return detail::Compose(options, [this](int kind, unsigned int flags, const char* argument) {
             return SectionBuffer(kind, flags, argument);

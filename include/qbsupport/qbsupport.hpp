@@ -1,8 +1,8 @@
 // QBSUPPORT for C++17 hosts that link the library: sections as std::string, and the whole report in
 // one call. Hosts that find the library at run time include loader.hpp.
 //
-// Nothing here throws but std::bad_alloc and what the host's own progress function throws. Names no
-// header of the system's.
+// Nothing here throws except std::bad_alloc and what the host's own progress function throws. Does
+// not include any header of the system.
 #ifndef QBSUPPORT_QBSUPPORT_HPP
 #define QBSUPPORT_QBSUPPORT_HPP
 
@@ -19,7 +19,7 @@
 
 namespace qbsupport {
 
-/// Headings, separators and indent: how a section of a whole report is written.
+/// Headings, separators and indent, as in a whole report.
 inline constexpr unsigned int kAllFlags =
     QbSupportFlagHeadings | QbSupportFlagSeparator | QbSupportFlagIndent;
 
@@ -29,16 +29,16 @@ struct BufferRelease {
     void operator()(char* text) const noexcept { release(text); }
 };
 
-/// Owns the NUL-terminated text of one section; null when the section failed. It must be gone
-/// before the library that it came from is unloaded, whose memory it is.
+/// Owns the NUL-terminated text of one section. Null if the section failed. Release it before the
+/// library is unloaded, because the text is the library's memory.
 using Buffer = std::unique_ptr<char, BufferRelease>;
 
-/// What a report holds. Texts are in the ANSI code page, as the library's arguments are; a line
-/// whose text is empty is left out of a whole report.
+/// What a report contains. Texts are in the ANSI code page, like the library's arguments. If the
+/// text for a line is empty, a whole report does not have that line.
 struct ReportOptions {
     /// QbSupportFlags, for all sections.
     unsigned int flags = kAllFlags;
-    /// The kinds to report, in this order; none for a whole report.
+    /// The kinds to report, in this order. If it is empty, the report is whole.
     std::vector<int> kinds;
 
     std::string appDirectory;            ///< the application's directory, for kind 10
@@ -46,24 +46,24 @@ struct ReportOptions {
     std::string userAppKey;              ///< the application's key, for kind 12
     std::string machineAppKey;           ///< the same for kind 13
     std::vector<std::string> variables;  ///< environment variables, for kind 15, a line each
-    std::string process;                 ///< an executable's file name, for kind 16; this process
+    std::string process;                 ///< a file name for kind 16, or empty for this process
     std::vector<std::string> modules;    ///< files whose versions to report, for kind 17
 
-    /// Called before each section, on the caller's thread: which one of how many, from 1, and the
-    /// name of its kind.
+    /// Called before each section, on the caller's thread. `step` counts from 1 to `count`, and
+    /// `name` is that of the section's kind.
     std::function<void(std::size_t step, std::size_t count, const char* name)> progress;
 };
 
-/// A section that a report had to do without.
+/// A section that is missing from a report.
 struct FailedSection {
     SectionKind section;
     std::string argument;
-    /// False for a line that the library was not asked for, since the section that it belongs to
-    /// failed, and it would have stood below another one.
+    /// False if the library was not called for this line, because the section above it failed and
+    /// the line would have been below another section.
     bool tried;
 };
 
-/// A report: the bytes of its sections, best written to a file in binary.
+/// A report. Write its text to a file in binary.
 struct Report {
     std::string text;
     std::vector<FailedSection> failed;
@@ -128,8 +128,8 @@ inline std::vector<Call> PlanCalls(const ReportOptions& options) {
     return calls;
 }
 
-/// Sets the line of `next` below the text so far, which ends with the section `before`, or apart
-/// from it: the library cannot know which line is the last of its section.
+/// Prepares `text`, which ends with the section `before`, for `next`. If `next` is a line that
+/// continues `before`, it stands directly below it. If not, it comes after an empty line.
 inline void Separate(std::string& text, const SectionKind& before, const SectionKind& next) {
     const bool isContinued = IsContinuedBy(before, next);
     if (isContinued && HasSeparator(before.kind)) {
