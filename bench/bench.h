@@ -14,13 +14,13 @@ namespace qb_support::bench {
 
 struct Floor {
     int kind;
-    // The calls of a section of this kind in its own order, on a Windows 10 or 11, and no text.
+    // Makes the section's platform calls on Windows 10 or 11, in the same order, without its text.
     void (*makePlatformCalls)(const char* argument);
-    // Names something that is there, on Windows and on the stand-in.
+    // Names something that exists on Windows and on the stand-in.
     const char* argument = "";
 };
 
-// One for each kind of a whole report. A test checks that their calls are the library's.
+// One for each kind of a whole report. A test checks that the library makes the same calls.
 extern const std::span<const Floor> kFloors;
 
 #ifdef _WIN32
@@ -46,7 +46,7 @@ inline double SecondsFor(int count, const auto& function) {
 // How many times as long `function` takes as `other`: the median of many pairs of short batches.
 // Other programs that run meanwhile change a few pairs, or both halves of one.
 inline double MedianRatio(double seconds, const auto& function, const auto& other) {
-    function();  // what is loaded once is loaded now
+    function();  // libraries that a first call loads are loaded now
     const int count = std::max(1, static_cast<int>(200e-6 / (SecondsFor(20, function) / 20)));
     std::vector<double> ratios;
     for (double spent = 0; spent < seconds;) {

@@ -14,13 +14,13 @@ int main() {
             QbSupportGetInfo(floor.kind, qbsupport::kAllFlags, &text, floor.argument);
             QbSupportReleaseBuffer(text);
         };
-        // A call may take two blocks of memory, and each line of its text as long as another one.
+        // A call may take two blocks of memory, and as much time as one more for each line.
         const auto text = qbsupport::Section(floor.kind, qbsupport::kAllFlags, floor.argument);
         const auto blocks = 2 + std::ranges::count(text.value_or(""), '\n');
         const auto bare = [&] {
             floor.makePlatformCalls(floor.argument);
             for (std::ptrdiff_t i = 0; i < blocks; ++i) {
-                void* volatile block = std::malloc(1024);  // or the compiler leaves it out
+                void* volatile block = std::malloc(1024);  // volatile, or the compiler removes it
                 std::free(block);
             }
         };

@@ -45,7 +45,7 @@ void ReadVersion(const char* file) {
     UINT length = 0;
     if (size != 0 && size <= sizeof(scratch) && GetFileVersionInfoA(file, 0, size, scratch) != 0 &&
         VerQueryValueA(scratch, "\\VarFileInfo\\Translation", &value, &length) != 0) {
-        // Where Wine's own files have it; looking in vain takes a little less.
+        // Wine's own files have it here. A query that finds nothing takes a little less time.
         VerQueryValueA(scratch, "\\StringFileInfo\\040904B0\\ProductVersion", &value, &length);
     }
 }

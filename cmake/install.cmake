@@ -1,5 +1,5 @@
-# What `cmake --install` puts where, and what projects outside find it by. The layout is the
-# archive's, the same on every system: bin, include, lib.
+# Where `cmake --install` puts the files, and how other projects find them. The layout is the
+# archive's on every system: bin, include, lib.
 include(CMakePackageConfigHelpers)
 
 install(TARGETS QBSUPPORT
@@ -27,7 +27,7 @@ configure_package_config_file(cmake/qbsupportConfig.cmake.in
     "${PROJECT_BINARY_DIR}/qbsupportConfig.cmake"
     INSTALL_DESTINATION lib/cmake/qbsupport
     NO_SET_AND_CHECK_MACRO NO_CHECK_REQUIRED_COMPONENTS_MACRO)
-# The platform is the other file's to check, because that one says what is wrong.
+# The other file checks the platform, because it can say what is wrong.
 write_basic_package_version_file("${PROJECT_BINARY_DIR}/qbsupportConfigVersion.cmake"
     COMPATIBILITY SameMajorVersion ARCH_INDEPENDENT)
 install(FILES

@@ -12,7 +12,7 @@ if(MSVC)
     add_link_options(/guard:cf /Brepro /INCREMENTAL:NO /OPT:REF /OPT:ICF)
 else()
     add_compile_options(-Wall -Wextra -Wpedantic -Wconversion -Wshadow)
-    # Neither code nor debug information tells where it was built.
+    # Neither code nor debug information contains the build's path.
     add_compile_options(-ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${PROJECT_BINARY_DIR}=build)
 endif()
 
@@ -24,12 +24,12 @@ if(MINGW)
             "One for msvcrt.dll makes both flavours (MSYS2: that of MINGW64).")
     endif()
     # The run-time DLL's own printf: it is smaller, and it shares the standard output of hosts that
-    # use the same run time. The C++ headers would turn the setting round, so stdio.h comes first.
+    # use the same run time. The C++ headers would reverse the setting, so stdio.h comes first.
     add_compile_definitions(__USE_MINGW_ANSI_STDIO=0)
     add_compile_options(-include stdio.h)
     add_compile_options(-ffunction-sections -fdata-sections)
-    # GNU ld writes no load configuration and leaves imports and resources writable. GCC takes a
-    # linker that is none of its own from such a file only.
+    # GNU ld writes no load configuration and leaves imports and resources writable. GCC accepts
+    # another linker only from such a file.
     find_program(QBSUPPORT_LLD NAMES ld.lld-19 ld.lld REQUIRED DOC "LLVM's linker")
     find_program(QBSUPPORT_OBJCOPY NAMES llvm-objcopy-19 llvm-objcopy REQUIRED DOC "LLVM's objcopy")
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
@@ -38,8 +38,8 @@ if(MINGW)
     else()
         add_link_options("--ld-path=${QBSUPPORT_LLD}")
     endif()
-    # The time stamp is a hash of the content: it tells builds apart, and the same sources give the
-    # same one.
+    # The time stamp is a hash of the content, so builds differ in it if their content differs, and
+    # the same sources give the same one.
     add_link_options(-static -Wl,--gc-sections -Wl,-Xlink=-Brepro
                      -Wl,--dynamicbase -Wl,--high-entropy-va -Wl,--nxcompat
                      -Wl,--major-subsystem-version,6 -Wl,--minor-subsystem-version,1)
@@ -51,7 +51,7 @@ if(QBSUPPORT_SANITIZE)
     add_link_options(-fsanitize=${QBSUPPORT_SANITIZE})
 endif()
 
-# As part of clang-tidy's command, its configuration has everything analysed again when it changes.
+# The configuration is part of clang-tidy's command, so that a change of it repeats the analysis.
 if(CMAKE_CXX_CLANG_TIDY)
     file(GLOB_RECURSE configurations "${PROJECT_SOURCE_DIR}/*/.clang-tidy")
     foreach(configuration "${PROJECT_SOURCE_DIR}/.clang-tidy" ${configurations})

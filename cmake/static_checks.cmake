@@ -11,8 +11,8 @@ function(add_check name program)
     endif()
 endfunction()
 
-# On the files of this build, which tells cppcheck how they are compiled. Members that are filled when
-# they are used are no mistake, nor is a file with many branches.
+# On the files of this build, which tells cppcheck how they are compiled. It reports no member
+# that is set only when it is used, and no file with many branches.
 set(filters src host tests)
 list(TRANSFORM filters REPLACE "(.+)" "--file-filter=${PROJECT_SOURCE_DIR}/\\1/*")
 if(WIN32)

@@ -53,7 +53,7 @@ has_packages() {
     [[ -z $(missing_packages "$@") ]]
 }
 
-# Asks nothing, and removes nothing, so that a machine with another Wine, say, keeps it.
+# Asks no questions and removes no package, such as another Wine that is installed already.
 apt_get() {
     local as_root=()
     ((EUID == 0)) || as_root=(sudo -n)
@@ -61,8 +61,8 @@ apt_get() {
         -o DPkg::Lock::Timeout=300 "$@" >>"$build_dir/packages.log" 2>&1
 }
 
-# Installs what the named groups miss, as far as that is possible: the caller looks at
-# has_packages, because a package that cannot be had is no reason to do without the others.
+# Installs the missing packages of the named groups. If one cannot be installed, the others still
+# are. The caller asks has_packages for the result.
 ensure_packages() {
     local -a missing
     local package

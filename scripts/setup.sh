@@ -3,19 +3,19 @@
 
 set -euo pipefail
 unset CDPATH
-# Without any, the shell has a path of its own, of which CMake must know.
+# If the environment has no PATH, the shell uses a default one. CMake needs it too.
 export PATH
 
-# Nothing here asks anything. It also opens a standard input that was closed, which a file opened
-# later would be taken for.
+# No command here reads standard input. If it was closed, this also opens it, because otherwise the
+# next file that is opened would become standard input.
 exec </dev/null
 
 project_dir=$(cd -P -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd)
 build_dir=$project_dir/build
 mkdir -p "$build_dir"
 
-# Debian's Python has the modules of Debian's packages, which another one that comes first on the
-# path does not have.
+# Only Debian's Python has the modules of Debian's packages, and another Python may come first on
+# the path.
 export Python3_ROOT_DIR=/usr
 
 # shellcheck source=scripts/packages.sh
@@ -34,8 +34,8 @@ die() {
 
 # --- One script at a time in this directory, because they share builds and Wine's server. ---
 
-# The script runs itself again below flock, which holds the lock and gives it to no other process.
-# All that it starts is in one process group, so that nothing of it outlives a script that is ended.
+# The script runs itself again below flock, which holds the lock and passes it to no other process.
+# All child processes are in one process group, so that they end if the script is ended.
 end_group() {
     trap '' INT TERM HUP
     kill -TERM -- "-$group" 2>/dev/null || true

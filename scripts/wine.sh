@@ -1,10 +1,9 @@
-# Wine in a prefix of the project's own, and nothing left running. Sourced, not run.
+# Runs Wine in the project's own prefix, and stops it at the end. Sourced, not run.
 # shellcheck shell=bash disable=SC2154  # build_dir comes from setup.sh
 
-# No debug output, which also silences Debian's advice to install the 32-bit half; no offers to
-# download .NET and a browser engine; no menu entries on the developer's desktop; no Wayland, whose
-# library complains where there is none; no debugger, so that a crashed program ends at once and
-# with a status of its own.
+# WINEDEBUG also silences Debian's advice to install 32-bit Wine. The overrides stop offers to
+# download .NET and a browser engine, menu entries on the desktop, messages about a missing Wayland,
+# and the debugger, so that a crashed program ends at once with its own status.
 export WINEDEBUG=-all
 export WINEARCH=win64
 export WINEDLLOVERRIDES='mscoree=;mshtml=;winemenubuilder.exe=d;winewayland.drv=d;winedbg.exe=d'
@@ -12,7 +11,7 @@ export WINEDLLOVERRIDES='mscoree=;mshtml=;winemenubuilder.exe=d;winewayland.drv=
 fill_prefix() {
     unset DISPLAY WAYLAND_DISPLAY
     timeout --foreground 300 wine wineboot --init &&
-        # A new prefix says that it is Windows 7.
+        # A new prefix shows Windows 7 to programs.
         timeout --foreground 60 wine winecfg -v win10 &&
         timeout --foreground 60 wineserver -w
 }
@@ -32,7 +31,7 @@ use_wine() {
         }
         touch "$prefix/complete"
     fi
-    # Nothing of ours needs Windows' services, and starting them takes longer than all the rest.
+    # The tests do not need Windows' services, and starting them takes longer than all the rest.
     WINEDLLOVERRIDES+=';services.exe=d'
 }
 
