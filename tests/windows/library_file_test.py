@@ -9,7 +9,10 @@ import pefile
 LIBRARY, VERSION, RUN_TIME = sys.argv[1:]
 LIBRARIES = "advapi32|gdi32|kernel32|user32|version|" + \
     {"msvcrt": "msvcrt", "ucrt": "api-ms-win-crt-.*"}[RUN_TIME]
-FORBIDDEN_IMPORTS = re.compile("abort|exit|terminate|assert|signal|raise|throw", re.IGNORECASE)
+# What ends the process, and what changes its settings: locale, directory, environment, error mode,
+# DPI awareness, console, floating point.
+FORBIDDEN_IMPORTS = re.compile("abort|exit|terminate|assert|signal|raise|throw|console|^(un)?set(?!locale)"
+                               "|^_?w?(put|ch|umask|control|set)(?!locale)|^add|^freeenv", re.IGNORECASE)
 CET_COMPATIBLE = 1  # in the debug directory's entry of this type:
 EX_DLL_CHARACTERISTICS = 20
 
