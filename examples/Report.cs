@@ -63,7 +63,7 @@ internal static class Report {
         if (arguments.Length > 0) {
             File.WriteAllText(arguments[0], WholeReport());
         } else {
-            // Else a console shows only the letters of its own code page.
+            // Otherwise, a console shows only the letters of its own code page.
             Console.OutputEncoding = new UTF8Encoding(false);
             Console.Write(WholeReport());
         }
