@@ -25,9 +25,14 @@ TITLES = b"Date and Time|Operating System|Uname|User Name|Locale|Hardware|Memory
 
 
 def run(*arguments, program=PRODUCT / "qbreport.exe", **options):
-    return subprocess.run(["wine", program, *arguments], stderr=subprocess.PIPE,
-                          stdin=subprocess.DEVNULL, timeout=120,
-                          **{"stdout": subprocess.PIPE, **options})
+    # Not through pipes, which the desktop that Wine starts would hold open for a second.
+    with tempfile.TemporaryFile() as output, tempfile.TemporaryFile() as errors:
+        result = subprocess.run(["wine", program, *arguments], stdin=subprocess.DEVNULL, stderr=errors,
+                                timeout=120, **{"stdout": output, **options})
+        for file in (output, errors):
+            file.seek(0)
+        result.stdout, result.stderr = output.read(), errors.read()
+    return result
 
 
 class CommandLine(unittest.TestCase):
