@@ -139,8 +139,8 @@ std::string ParseOptions(std::vector<std::string> arguments, Options& options) {
     app.footer(
         "Exit status:\n"
         "  0  the report was written\n"
-        "  1  it was not, or a section failed that was asked for by name, number or argument,\n"
-        "     or QBSUPPORT.dll is missing, damaged or another library\n"
+        "  1  the report was not written, or a section that was asked for by name, number or\n"
+        "     argument failed, or QBSUPPORT.dll is missing, damaged or another library\n"
         "  2  the command line is wrong");
     AddOptions(app, options);
     qbsupport::ReportOptions& report = options.report;

@@ -53,9 +53,9 @@ qbsupport::Report ComposeReport(qbsupport::ReportOptions options, std::string& p
         problem = Utf8Of(library.Error());
         if (GetFileAttributesW(file.c_str()) == INVALID_FILE_ATTRIBUTES) {
             // This happens if the user starts the program inside the archive.
-            problem = "QBSUPPORT.dll does not lie beside this program, in " +
+            problem = "QBSUPPORT.dll is not in the folder of this program, " +
                       Narrow(CP_UTF8, directory) +
-                      "; unpack the whole archive first, then start the program from there";
+                      ". Unpack the whole archive first, then start the program from there";
         }
         return {};
     }

@@ -171,7 +171,7 @@ class Files(unittest.TestCase):
     def test_library_missing_wrong_and_right(self):
         program = shutil.copy(PRODUCT / "qbreport.exe", self.directory)
         for content, message in (
-            (None, "QBSUPPORT.dll does not lie beside this program, in .*; unpack the whole archive"),
+            (None, "QBSUPPORT.dll is not in the folder of this program, .*Unpack the whole archive"),
             (b"", "cannot load"), (b"garbage" * 99, "cannot load .* not both for x64"),
             (OTHER_LIBRARY.read_bytes(), "lacks the function QbSupportGetInfo"),
         ):
