@@ -23,24 +23,23 @@ struct Floor {
 // One for each kind of a whole report. A test checks that the library makes the same calls.
 extern const std::span<const Floor> kFloors;
 
+// Processor time, so that other programs do not count. On Windows elapsed time, because Wine's
+// server does some of the work.
+inline double Seconds() {
 #ifdef _WIN32
-// Elapsed time, because Wine's server does some of the work.
-using Clock = std::chrono::steady_clock;
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
+        .count();
 #else
-// Processor time, so that other programs do not count.
-struct Clock {
-    static auto now() {
-        return std::chrono::duration<double>(double(std::clock()) / CLOCKS_PER_SEC);
-    }
-};
+    return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
 #endif
+}
 
 inline double SecondsFor(int count, const auto& function) {
-    const auto start = Clock::now();
+    const double start = Seconds();
     for (int i = 0; i < count; ++i) {
         function();
     }
-    return std::chrono::duration<double>(Clock::now() - start).count();
+    return Seconds() - start;
 }
 
 // How many times as long `function` takes as `other`: the median of many pairs of short batches.
