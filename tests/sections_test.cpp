@@ -54,6 +54,23 @@ TEST_F(SectionsTest, HaveTextsPagesAndFloors) {
     EXPECT_EQ(kinds, std::size_t{kLastKind}) << "the header has fewer kinds than sections.hpp";
 }
 
+TEST_F(SectionsTest, AreAsThePagesShowThem) {
+    qbsupport::ReportOptions options;
+    options.appDirectory = "C:/Tools/Viewer";
+    options.userAppKey = options.machineAppKey = "Software\\Microsoft\\Windows NT\\CurrentVersion";
+    options.variables = {"OS", "PROCESSOR_ARCHITECTURE", "NUMBER_OF_PROCESSORS"};
+    options.modules = {"kernel32.dll", "user32.dll", "QBSUPPORT.dll"};
+    std::string report = qbsupport::WholeReport(options).text;
+    std::erase(report, '\r');
+    const std::string pages = ReadSource("README.md") + ReadSource("docs/report.md");
+    const std::regex sample("\n```text\n([^`]+)```");
+    ASSERT_TRUE(std::regex_search(pages, sample));
+    for (std::sregex_iterator i(pages.begin(), pages.end(), sample), end; i != end; ++i) {
+        EXPECT_NE(report.find((*i)[1]), std::string::npos) << "the library does not write\n"
+                                                           << (*i)[1];
+    }
+}
+
 // Other tests show what a section is with all flags.
 TEST_F(SectionsTest, EachFlagAddsItsOwnPart) {
     for (int kind = 1; kind <= kLastKind; ++kind) {

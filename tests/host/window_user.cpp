@@ -1,7 +1,6 @@
 // Uses the programs in a directory as a user does: window_user <directory> <too long a name>.
-// Leaves there, as UTF-8, what it saw in displayed.txt, what the window saved, what qbreport said
-// of the same screen in report.txt, and last of all log.txt. Has the programs' manifest, so that
-// its own texts are UTF-8, too.
+// Leaves there, as UTF-8, what it saw in displayed.txt, what the window saved, and last of all
+// log.txt. Has the programs' manifest, so that its own texts are UTF-8, too.
 #include <windows.h>
 
 #include <cstdio>
@@ -70,8 +69,8 @@ void Answer(HWND window, UINT command, const char* title, int field, const std::
     PostMessageA(dialog, WM_COMMAND, IDOK, 0);
 }
 
-HANDLE Start(const std::string& program, const std::string& arguments, DWORD flags, char* desktop) {
-    std::string line = '"' + directory + '\\' + program + '"' + arguments;
+HANDLE Start(const std::string& program, DWORD flags, char* desktop) {
+    std::string line = '"' + directory + '\\' + program + '"';
     STARTUPINFOA startup = {};
     startup.cb = sizeof(startup);
     startup.lpDesktop = desktop;
@@ -100,16 +99,14 @@ int main(int, char** arguments) {
     // It has a console of its own, and a key to wait for, but no user who could press it.
     char unseen[] = "QbUnseen\\Default";
     WaitForEnd("a program that no one sees",
-               Start("alone\\qbreport.exe", "", CREATE_NEW_CONSOLE, unseen));
-    const HANDLE process = Start("qbreportw.exe", "", 0, nullptr);
+               Start("alone\\qbreport.exe", CREATE_NEW_CONSOLE, unseen));
+    const HANDLE process = Start("qbreportw.exe", 0, nullptr);
     const HWND window = WaitForWindow("Support report");
     const HWND text = GetDlgItem(window, WINDOW_TEXT);
     const HWND status = GetDlgItem(window, WINDOW_STATUS);
     WaitFor("the report", [&] { return IsWindowEnabled(GetDlgItem(window, WINDOW_SAVE)) != 0; });
     const std::string displayed = TextOf(text);
     Write("displayed.txt", displayed);
-    WaitForEnd("qbreport",
-               Start("qbreport.exe", " -o \"" + directory + "\\report.txt\"", 0, nullptr));
 
     RECT place = {};
     SetWindowPos(window, nullptr, 0, 0, 500, 300, 0);

@@ -164,16 +164,6 @@ def mono_examples(scratch):
     check_saved_and_shown(scratch, "mono", "report.exe")
 
 
-def samples(scratch):
-    """The samples in the pages are what the native build prints today."""
-    report = run(BUILD / "tests" / "packaging" / "sample").replace(b"\r", b"").decode()
-    for page in ("README.md", "docs/report.md"):
-        blocks = re.findall(r"^```text\n(.*?)^```", (SOURCE / page).read_text(), re.M | re.S)
-        assert blocks, f"no sample in {page}"
-        for block in blocks:
-            assert block in report, f"{page}: the library does not write\n{block}"
-
-
 def links(_, folder=SOURCE):
     """The links of a folder's Markdown pages lead somewhere; those to other hosts are not looked at."""
     pages = {page: re.sub(r"^```.*?^```", "", page.read_text(), flags=re.DOTALL | re.MULTILINE)
