@@ -19,36 +19,28 @@ EX_DLL_CHARACTERISTICS = 20
 
 def problems(image):
     header = image.OPTIONAL_HEADER
-    found = {
-        "machine": pefile.MACHINE_TYPE[image.FILE_HEADER.Machine],
-        "system": (header.MajorSubsystemVersion, header.MinorSubsystemVersion),
-        "exports": [(export.ordinal, export.name) for export in image.DIRECTORY_ENTRY_EXPORT.symbols],
-        "address space": (header.IMAGE_DLLCHARACTERISTICS_HIGH_ENTROPY_VA,
-                          header.IMAGE_DLLCHARACTERISTICS_DYNAMIC_BASE,
-                          header.IMAGE_DLLCHARACTERISTICS_NX_COMPAT),
-        "shadow stack": [image.get_dword_at_rva(entry.struct.AddressOfRawData)
-                         for entry in image.DIRECTORY_ENTRY_DEBUG
-                         if entry.struct.Type == EX_DLL_CHARACTERISTICS],
+    facts = (
+        ("machine", pefile.MACHINE_TYPE[image.FILE_HEADER.Machine], "IMAGE_FILE_MACHINE_AMD64"),
+        ("system", (header.MajorSubsystemVersion, header.MinorSubsystemVersion), (6, 1)),
+        ("exports", [(export.ordinal, export.name) for export in image.DIRECTORY_ENTRY_EXPORT.symbols],
+         [(100, b"QbSupportGetInfo"), (101, b"QbSupportReleaseBuffer")]),
+        ("address space", (header.IMAGE_DLLCHARACTERISTICS_HIGH_ENTROPY_VA,
+                           header.IMAGE_DLLCHARACTERISTICS_DYNAMIC_BASE,
+                           header.IMAGE_DLLCHARACTERISTICS_NX_COMPAT), (True, True, True)),
+        ("shadow stack", [image.get_dword_at_rva(entry.struct.AddressOfRawData)
+                          for entry in image.DIRECTORY_ENTRY_DEBUG
+                          if entry.struct.Type == EX_DLL_CHARACTERISTICS], [CET_COMPATIBLE]),
         # Where the libraries that it imports are looked for: System32 alone.
-        "dependent load flags": image.get_word_at_rva(header.DATA_DIRECTORY[10].VirtualAddress + 0x4E),
-        "writable sections": [section.Name for section in image.sections
-                              if section.IMAGE_SCN_MEM_WRITE or section.Name.startswith(b".debug")],
-        "version": [table.entries[b"ProductVersion"].decode() for part in image.FileInfo[0]
-                    if part.Key == b"StringFileInfo" for table in part.StringTable],
-    }
-    expected = {
-        "machine": "IMAGE_FILE_MACHINE_AMD64",
-        "system": (6, 1),
-        "exports": [(100, b"QbSupportGetInfo"), (101, b"QbSupportReleaseBuffer")],
-        "address space": (True, True, True),
-        "shadow stack": [CET_COMPATIBLE],
-        "dependent load flags": 0x800,
-        "writable sections": [],
-        "version": [VERSION],
-    }
-    for name, value in expected.items():
-        if found[name] != value:
-            yield f"{name}: {found[name]}"
+        ("dependent load flags",
+         image.get_word_at_rva(header.DATA_DIRECTORY[10].VirtualAddress + 0x4E), 0x800),
+        ("writable sections", [section.Name for section in image.sections
+                               if section.IMAGE_SCN_MEM_WRITE or section.Name.startswith(b".debug")], []),
+        ("version", [table.entries[b"ProductVersion"].decode() for part in image.FileInfo[0]
+                     if part.Key == b"StringFileInfo" for table in part.StringTable], [VERSION]),
+    )
+    for name, found, expected in facts:
+        if found != expected:
+            yield f"{name}: {found}, not {expected}"
     for entry in image.DIRECTORY_ENTRY_IMPORT:
         library = entry.dll.decode().lower()
         if not re.fullmatch(rf"({LIBRARIES})\.dll", library):
