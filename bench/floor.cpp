@@ -11,7 +11,7 @@ namespace qb_support::bench {
 
 namespace {
 
-// What the platform fills, and nobody reads.
+// The platform writes its answers here. They are not used.
 alignas(8) char scratch[64 * 1024];
 
 void ReadValues(const char* path, std::initializer_list<const char*> names) {
@@ -69,7 +69,7 @@ constexpr Floor kTable[] = {
     {QbSupportOperatingSystem,
      [](const char*) {
          OSVERSIONINFOEXA version;
-         DetectVersionFromTable(version);  // probes and nothing else
+         DetectVersionFromTable(version);  // makes the version tests and nothing else
          ReadValues(kCurrentVersionKey, {"EditionID"});
          DWORD type = 0;
          FindFunction<decltype(GetProductInfo)>(GetModuleHandleA("kernel32.dll"), "GetProductInfo")(

@@ -4,8 +4,8 @@ if(CLI11_FOUND)
     return()
 endif()
 
-# A cross-build looks at the target system's files only. The building system's headers do as well,
-# but its folder must not become a folder to include from: it also has that system's own headers.
+# A cross-build looks for headers of the target system only. Those of the build machine serve as
+# well, but their folder must not be an include directory, because it has other headers too.
 find_path(QBSUPPORT_CLI11_DIR CLI/CLI.hpp NO_CMAKE_FIND_ROOT_PATH DOC "The folder that has CLI/CLI.hpp")
 if(NOT CMAKE_CROSSCOMPILING OR NOT QBSUPPORT_CLI11_DIR)
     message(FATAL_ERROR "CLI11 is missing (Debian: libcli11-dev, vcpkg: cli11)")

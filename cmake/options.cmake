@@ -70,8 +70,8 @@ function(qbsupport_version_resource target file_name file_type description)
     target_sources(${target} PRIVATE "${resource}")
 endfunction()
 
-# Moves a MinGW file's debug information into a file of its own beside the build. LLVM's tools do it:
-# GNU's put the time into the file's header and lose the debug directory's data.
+# Moves a MinGW file's debug information into a file of its own beside the build. LLVM's tools do it,
+# because GNU's write the time into the file's header and lose the debug directory's data.
 function(qbsupport_split_debug_symbols target)
     set(folder "${PROJECT_BINARY_DIR}/symbols")
     if(target STREQUAL QBSUPPORT_ucrt)

@@ -36,7 +36,7 @@ add_check(shellcheck shellcheck shellcheck -x run test .ci/run bench/run scripts
 
 add_check(yamllint yamllint yamllint --strict -d "{extends: relaxed, rules: {line-length: disable}}" .github)
 
-# clang-tidy runs as a part of two builds, which remember what had no findings.
+# clang-tidy runs in two builds, which do not check unchanged files again.
 foreach(preset lint lint-native)
     add_check(${preset} clang-tidy-19 sh -c "cmake --preset ${preset} && ninja -C build/${preset} -k 0")
     set_tests_properties(${preset} PROPERTIES COST 1000 TIMEOUT 1200)

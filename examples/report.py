@@ -24,7 +24,7 @@ class Library:
         library = ctypes.CDLL(str(path))
         self._get = library.QbSupportGetInfo
         self._get.restype = ctypes.c_int
-        # The buffer is no c_char_p: ctypes would copy it, and the block itself must be released.
+        # Not a c_char_p, because ctypes would copy it, and the block itself must be released.
         self._get.argtypes = [
             ctypes.c_int,
             ctypes.c_uint,

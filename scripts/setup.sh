@@ -64,8 +64,8 @@ trap stop_wine EXIT
 
 # --- Builds. ---
 
-# configure_and_build <directory> <option of cmake>...: a build directory that was moved or copied,
-# or one of another compiler, has to start afresh.
+# configure_and_build <directory> <option of cmake>...: if the directory was moved or copied, or is
+# of another compiler, the build starts afresh.
 configure_and_build() {
     local configure=(cmake -S "$project_dir" -B "$@")
     { "${configure[@]}" || "${configure[@]}" --fresh; } && ninja -C "$1"

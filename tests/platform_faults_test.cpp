@@ -111,7 +111,7 @@ TEST(PlatformFaults, HaveTheirConsequencesAndNoOthers) {
         for (std::uint64_t number = 1; number <= calls; ++number) {
             SCOPED_TRACE(testing::Message() << "call " << number << ", flags " << request.flags);
             const auto [text, warning] = WithFault(request, number, FaultMode::Once);
-            // If the planned call cannot fail, a function that no row matches.
+            // If the planned call cannot fail, this is a name that no row matches.
             const stand_in::FailedCall failed =
                 stand_in::FirstFailedCall().value_or(stand_in::FailedCall{"nothing", 1});
             const std::string ordinal = std::to_string(failed.ordinal);

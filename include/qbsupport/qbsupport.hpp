@@ -170,9 +170,9 @@ Report Compose(const ReportOptions& options, const GetSection& getSection) {
 
 }  // namespace detail
 
-/// Builds one section and returns its text, or nothing when the section failed.
+/// Builds one section and returns its text, or nothing if the section failed.
 ///
-/// `kind`, `flags` and `argument` are those of QbSupportGetInfo; an argument ends at its first NUL.
+/// `kind`, `flags` and `argument` are those of QbSupportGetInfo. An argument ends at its first NUL.
 /// A host that does not call this function and the next one need not link the library.
 inline std::optional<std::string> Section(int kind, unsigned int flags = kAllFlags,
                                           const std::string& argument = {}) {

@@ -1,5 +1,5 @@
-// What a host that joins sections to a report has to know about each kind of them. The library
-// itself uses it too, so there is nothing here that needs memory or exceptions.
+// What a host has to know about each kind of section to join sections into a report. The library
+// itself uses it too, so nothing here needs memory or exceptions.
 #ifndef QBSUPPORT_SECTIONS_HPP
 #define QBSUPPORT_SECTIONS_HPP
 
@@ -10,7 +10,7 @@ namespace qbsupport {
 /// One kind of section. The texts live as long as the program.
 struct SectionKind {
     int kind;
-    /// The kind of the section whose lines this one's single line goes on with, or 0.
+    /// The kind of the section below which a single line of this kind stands, or 0.
     int continues;
     /// A short name for users, in lower case and without blanks.
     const char* name;
@@ -43,7 +43,7 @@ inline constexpr SectionKind kSectionKinds[] = {
 /// The kinds are numbered from 1 to this.
 inline constexpr int kLastKind = sizeof(kSectionKinds) / sizeof(kSectionKinds[0]);
 
-/// The kind with this number; one without a name for a number that is no kind.
+/// The kind with this number. If there is no such kind, its name is empty.
 constexpr SectionKind SectionKindOf(int kind) noexcept {
     for (const SectionKind& known : kSectionKinds) {
         if (known.kind == kind) {
@@ -78,8 +78,8 @@ constexpr bool IsContinuedBy(const SectionKind& section, const SectionKind& next
            (section.kind == next.continues || section.continues == next.continues);
 }
 
-/// Whether QbSupportFlagSeparator ends a section of this kind in an empty line. It does not where a
-/// host strings single lines together below another section.
+/// Whether QbSupportFlagSeparator adds an empty line to a section of this kind. It adds none to
+/// single lines that a host writes directly below another section.
 constexpr bool HasSeparator(int kind) noexcept {
     return kind != QbSupportAppDirectory && kind != QbSupportUserAppKey &&
            kind != QbSupportMachineAppKey && kind != QbSupportModule;

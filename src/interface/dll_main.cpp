@@ -1,4 +1,4 @@
-// The library's entry point, which has nothing to do: the library keeps no state and has no
+// The library's entry point. It does nothing, because the library keeps no state and has no
 // constructors to run.
 #include "platform/windows_api.h"
 

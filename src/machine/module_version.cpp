@@ -30,8 +30,8 @@ void AppendHexadecimal(CText& text, WORD number) {
     }
 }
 
-// The number of bytes from a value to the end of the block. No known system returns a value outside
-// the block. For such a value the result would be too large, and so no limit.
+// The number of bytes from a value to the end of the block. For a value outside the block, which no
+// known system returns, the number is so large that it limits nothing.
 std::size_t RoomAt(const VersionBlock& block, const void* value) {
     const auto end = reinterpret_cast<std::uintptr_t>(block.words.Data()) + block.size;
     return end - reinterpret_cast<std::uintptr_t>(value);

@@ -32,7 +32,7 @@ void AppendRegistryNames(CText& result, const CText& indent, const CText& displa
     CText registryName;
     registryName << "Microsoft " << productName;
     if (composedName.Failed() || registryName.Failed()) {
-        result.Fail();  // nobody knows then whether they differ
+        result.Fail();  // then it is unknown whether they differ
         return;
     }
 

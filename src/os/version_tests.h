@@ -24,8 +24,9 @@ bool DetectVersionByScan(OSVERSIONINFOEXA& version);
 // all three.
 std::uint8_t DetectProductType();
 
-// Those of thirteen VER_SUITE_ bits that the system confirms. The condition of the tests is
-// VER_EQUAL, which Windows does not document for suites. A system that refuses it confirms none.
+// The VER_SUITE_ bits that the system confirms, of the thirteen that are tried. The condition of
+// the tests is VER_EQUAL, which Windows does not document for suites. A system that refuses it
+// confirms none.
 std::uint16_t DetectSuiteMask();
 
 // The build number, or 0 if it is 1,000,000 or more or if the system confirms none.

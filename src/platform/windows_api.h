@@ -1,4 +1,4 @@
-// The one gate to Windows: no file outside this folder includes a system header.
+// All that the library uses of Windows. No file outside this folder includes Windows' headers.
 #ifndef QBSUPPORT_PLATFORM_WINDOWS_API_H
 #define QBSUPPORT_PLATFORM_WINDOWS_API_H
 

@@ -22,7 +22,7 @@ void Require(bool kept, const char* promise) {
 std::optional<std::string> CallOrStop(const stand_in::Machine& machine, const Request& request,
                                       std::uint64_t failedCall = 0, AllocationFault fault = {}) {
     const stand_in::ScopedMachine scope(machine);
-    // Only one call fails: if all did, the library would ask for a million build numbers.
+    // Only one call fails. If all failed, the library would ask for a million build numbers.
     stand_in::PlanFault(failedCall, stand_in::FaultMode::Once);
     const CallOutcome outcome = CallAlone(request, fault);
     Require(outcome.violations.empty(), outcome.violations.c_str());

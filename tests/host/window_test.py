@@ -18,7 +18,7 @@ PRODUCT, LIBRARY, USER = (pathlib.Path(argument).resolve() for argument in sys.a
 
 
 def use_window(directory, environment):
-    """A user's way through the window, on a screen and a desktop of its own."""
+    """Uses the window as a user does, on a screen and a desktop of its own."""
     reader, writer = os.pipe()
     server = subprocess.Popen(["Xvfb", "-displayfd", str(writer), "-screen", "0", "1280x1024x24"],
                               pass_fds=[writer], stderr=subprocess.DEVNULL)
@@ -27,7 +27,7 @@ def use_window(directory, environment):
         environment = {**environment, "DISPLAY": ":" + display.readline().strip()}
     paths = [f"Z:{path}".replace("/", "\\") for path in (USER, directory)]
     desktop = f"/desktop=qbreportw{os.getpid()},1024x768"
-    # 256 bytes are too many for a file's name below Wine, and 128 characters are not for a dialog.
+    # For the name of a file these are too many bytes to Linux, but not too many characters to the dialog.
     too_long = "\u00e9" * 128
     # It ends with the screen.
     subprocess.Popen(["wine", "explorer", desktop, *paths, too_long], env=environment, cwd=PRODUCT,
@@ -50,8 +50,8 @@ with tempfile.TemporaryDirectory(prefix="qb \u043e\u043a\u043d\u043e ") as scrat
         shutil.copy(PRODUCT / name, directory)
     (directory / "alone").mkdir()
     shutil.copy(PRODUCT / "qbreport.exe", directory / "alone")
-    # Wine's user32, unlike Windows', is what loads these two into a program with a window, before the
-    # program can say a word.
+    # Wine's user32, unlike Windows' own, loads these two into a program with a window before the
+    # program's first line runs.
     for name in (*PLANTED, "version", "imm32"):
         shutil.copy(LIBRARY, directory / f"{name}.dll")
     # Wine would prefer its own libraries, wherever others are found.

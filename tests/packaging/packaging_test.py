@@ -32,7 +32,7 @@ def run(*command, **options):
 
 
 def install(scratch):
-    """Installs the build, and moves it: no file may know where it was installed."""
+    """Installs the build, and moves it, because no file may know where it was installed."""
     run("cmake", "--install", BUILD, "--prefix", scratch / "installed")
     return (scratch / "installed").rename(scratch / "moved")
 
@@ -165,7 +165,7 @@ def mono_examples(scratch):
 
 
 def links(_, folder=SOURCE):
-    """The links of a folder's Markdown pages lead somewhere; those to other hosts are not looked at."""
+    """The links of a folder's Markdown pages have targets. Links to other hosts are not checked."""
     pages = {page: re.sub(r"^```.*?^```", "", page.read_text(), flags=re.DOTALL | re.MULTILINE)
              for page in folder.rglob("*.md") if page.relative_to(folder).parts[0] not in ("build", "out")}
     assert pages, "no pages"
@@ -174,7 +174,7 @@ def links(_, folder=SOURCE):
         for target, anchor in re.findall(r"\]\((?![a-z]+:)([^)\s#]*)#?([^)\s]*)\)", prose):
             path = (page.parent / target).resolve() if target else page
             assert path.exists(), f"{page}: no {target}"
-            # As the usual viewers make them.
+            # As viewers make them from the headings.
             anchors = [re.sub(r"[^\w\- ]", "", heading.lower()).replace(" ", "-")
                        for heading in re.findall(r"^#+ +(.*)$", pages.get(path, ""), re.MULTILINE)]
             assert not anchor or anchor in anchors, f"{page}: no {target}#{anchor}"

@@ -59,7 +59,7 @@ void CallingAndLoadingLeavesNothing(const char* path) {
             CallAllKinds(library, round % 8, round == 0);
         }
     }
-    std::printf("Tried: %u calls soaked over %u loads of the library\n",
+    std::printf("Tried: %u calls over %u loads of the library\n",
                 kLoads * (kRounds * (kLastKind - 1) + 1), kLoads);
     Check(GetModuleHandleA("QBSUPPORT.dll") == nullptr, "still loaded");
     const Library library(path);
