@@ -32,11 +32,6 @@ inline void CheckHas(const std::string& text, const std::string& part,
     Check(text.find(part) != std::string::npos, text + "> without <" + part, line);
 }
 
-// An argument with which most sections have something to report.
-inline const char* ArgumentFor(int kind) {
-    return kind == QbSupportModules ? nullptr : "Software";
-}
-
 // The library file at a path, loaded during the life of this object.
 class Library {
 public:
