@@ -7,6 +7,8 @@
 export WINEDEBUG=-all
 export WINEARCH=win64
 export WINEDLLOVERRIDES='mscoree=;mshtml=;winemenubuilder.exe=d;winewayland.drv=d;winedbg.exe=d'
+# The caller may have a prefix of its own, whose programs must not be stopped at the end.
+unset WINEPREFIX
 
 fill_prefix() {
     unset DISPLAY WAYLAND_DISPLAY

@@ -189,8 +189,12 @@ def archive(scratch):
     path = f"{pathlib.Path(sys.executable).parent}:{os.environ['PATH']}"
     email = f"-DQBSUPPORT_SUPPORT_EMAIL={CACHE['QBSUPPORT_SUPPORT_EMAIL']}"
     signed = scratch / "signed files"
+    # A script must not end programs of another prefix than its own.
+    waiting = subprocess.Popen(["wine", "cmd", "/c", "pause"], stdin=subprocess.PIPE)
     run(copy / "scripts" / "package", "--sign", f"echo >>'{signed}'", email,
         env={**os.environ, "PATH": path})
+    assert waiting.poll() is None, "the script stopped the tests' Wine"
+    waiting.communicate(b"\n")
     assert [pathlib.Path(line).name for line in signed.read_text().splitlines()] == \
         ["QBSUPPORT.dll", "qbreport.exe", "qbreportw.exe", "QBSUPPORT.dll"], signed.read_text()
     second, second_symbols = sorted((copy / "out").glob("*.zip"), key=lambda path: len(path.name))
